@@ -1,0 +1,46 @@
+# One library per folder: every .cpp directly inside DIR (main.cpp excepted) is part of it, so new
+# files need no CMake edit. A folder with no sources yet becomes an interface library.
+function(tallybot_library name alias dir)
+    cmake_parse_arguments(ARG "QT" "" "DEPS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS "${dir}/*.cpp")
+    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+    if(sources)
+        add_library(${name} STATIC ${sources})
+        target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
+        target_link_libraries(${name} PUBLIC ${ARG_DEPS})
+        if(ARG_QT)
+            set_target_properties(${name} PROPERTIES AUTOMOC ON)
+        endif()
+    else()
+        add_library(${name} INTERFACE)
+        target_include_directories(${name} INTERFACE ${CMAKE_SOURCE_DIR})
+        target_link_libraries(${name} INTERFACE ${ARG_DEPS})
+    endif()
+    add_library(${alias} ALIAS ${name})
+endfunction()
+
+# One test program per folder and kind: *_test.cpp (label unit), *_itest.cpp (label integration),
+# *_gtest.cpp (label gui, Qt offscreen platform).
+function(tallybot_tests sub)
+    cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+    foreach(kind test itest gtest)
+        file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${sub}/*_${kind}.cpp")
+        if(NOT sources)
+            continue()
+        endif()
+        set(label unit)
+        if(kind STREQUAL "itest")
+            set(label integration)
+        elseif(kind STREQUAL "gtest")
+            set(label gui)
+        endif()
+        set(target ${sub}_${kind}s)
+        add_executable(${target} ${sources})
+        target_link_libraries(${target} PRIVATE ${ARG_DEPS} tallybot_test_support GTest::gtest GTest::gmock)
+        set_target_properties(${target} PROPERTIES AUTOMOC ON)
+        gtest_discover_tests(${target}
+            PROPERTIES LABELS ${label}
+                       ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TALLYBOT_SOURCE_DIR=${CMAKE_SOURCE_DIR};TALLYBOT_BINARY_DIR=${CMAKE_BINARY_DIR}"
+            DISCOVERY_TIMEOUT 60)
+    endforeach()
+endfunction()
