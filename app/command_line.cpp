@@ -1,0 +1,87 @@
+#include "app/command_line.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include <unistd.h>
+
+namespace tallybot::app {
+
+namespace fs = std::filesystem;
+
+CommandLine ParseCommandLine(const std::vector<std::string>& args) {
+    CommandLine line;
+    std::vector<std::string> positional;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        if (arg == "--home") {
+            if (i + 1 >= args.size()) {
+                line.error = "--home needs a folder";
+                return line;
+            }
+            line.home = args[++i];
+        } else if (arg.rfind("--home=", 0) == 0) {
+            line.home = arg.substr(7);
+        } else if (arg == "--headless") {
+            line.headless = true;
+        } else if (arg == "--send") {
+            line.send = true;
+        } else if (arg == "--version") {
+            line.version = true;
+        } else if (arg == "--help" || arg == "-h") {
+            line.help = true;
+        } else if (arg.size() > 1 && arg[0] == '-' && arg[1] == '-') {
+            line.error = "unknown option " + arg;
+            return line;
+        } else {
+            positional.push_back(arg);
+        }
+    }
+    for (const auto& word : positional) {
+        if (!line.command.empty()) line.command += ' ';
+        line.command += word;
+    }
+    if (line.send && line.command.empty()) line.error = "--send needs a command such as DisGam";
+    return line;
+}
+
+std::string UsageText() {
+    return "Usage:\n"
+           "  tallybot [--home DIR] [--headless] [COMMAND]\n"
+           "  tallybot [--home DIR] --send COMMAND\n"
+           "  tallybot --version | --help\n"
+           "\n"
+           "  --home DIR   folder of Tallybot.ini, Profiles/ and Tallybot.log\n"
+           "  --headless   run without a window; pane lines go to standard output\n"
+           "  --send CMD   deliver CMD to the running instance (exit 1 when none runs)\n"
+           "  COMMAND      ConIRC[:server:port:channel:nick], DisIRC, ConGam[:host:port], DisGam\n";
+}
+
+std::string ResolveHomeFolder(const std::string& explicitHome, const std::string& programFolder,
+                              const std::string& xdgConfigHome, const std::string& userHome) {
+    if (!explicitHome.empty()) return explicitHome;
+    if (!programFolder.empty() && access(programFolder.c_str(), W_OK) == 0) return programFolder;
+    if (!xdgConfigHome.empty()) return (fs::path(xdgConfigHome) / "tallybot").string();
+    return (fs::path(userHome) / ".config" / "tallybot").string();
+}
+
+std::string PrepareHomeFolder(const std::string& home, const std::vector<std::string>& profileSources) {
+    std::error_code ec;
+    fs::create_directories(home, ec);
+    const fs::path profiles = fs::path(home) / "Profiles";
+    if (!fs::exists(profiles, ec)) {
+        for (const auto& source : profileSources) {
+            if (source.empty() || !fs::is_directory(source, ec) || fs::equivalent(source, profiles, ec)) continue;
+            fs::create_directories(profiles, ec);
+            for (const auto& entry : fs::directory_iterator(source, ec))
+                if (entry.path().extension() == ".igp")
+                    fs::copy_file(entry.path(), profiles / entry.path().filename(), fs::copy_options::skip_existing, ec);
+            break;
+        }
+    }
+    std::string folder = fs::path(home).string();
+    if (folder.empty() || folder.back() != '/') folder += '/';
+    return folder;
+}
+
+} // namespace tallybot::app

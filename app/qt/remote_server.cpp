@@ -1,0 +1,65 @@
+#include "app/qt/remote_server.h"
+
+#include "app/remote_message.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QLocalSocket>
+
+#include <unistd.h>
+
+namespace tallybot::app {
+
+RemoteServer::RemoteServer(Handler handler, QObject* parent) : QObject(parent), m_handler(std::move(handler)) {
+    connect(&m_server, &QLocalServer::newConnection, this, &RemoteServer::OnNewConnection);
+}
+
+QString RemoteServer::ChannelName(const QString& homeFolder) {
+    // The canonical path keeps "home" and "home/." on one channel; the user id keeps users apart.
+    const QString canonical = QDir(homeFolder).canonicalPath().isEmpty() ? QDir(homeFolder).absolutePath()
+                                                                         : QDir(homeFolder).canonicalPath();
+    const QByteArray hash = QCryptographicHash::hash(canonical.toUtf8(), QCryptographicHash::Sha256).toHex().left(16);
+    return QStringLiteral("tallybot-%1-%2").arg(getuid()).arg(QString::fromLatin1(hash));
+}
+
+bool RemoteServer::Listen(const QString& homeFolder) {
+    const QString name = ChannelName(homeFolder);
+    m_server.setSocketOptions(QLocalServer::UserAccessOption);
+    if (m_server.listen(name)) return true;
+    // A channel nobody answers on is left over from a crashed run: take it over.
+    QLocalSocket probe;
+    probe.connectToServer(name);
+    if (probe.waitForConnected(300)) return false;
+    QLocalServer::removeServer(name);
+    return m_server.listen(name);
+}
+
+bool RemoteServer::Send(const QString& homeFolder, const std::string& command, int timeoutMs) {
+    QLocalSocket socket;
+    socket.connectToServer(ChannelName(homeFolder));
+    if (!socket.waitForConnected(timeoutMs)) return false;
+    const std::string message = EncodeRemoteMessage(command);
+    socket.write(message.data(), static_cast<qint64>(message.size()));
+    if (!socket.waitForBytesWritten(timeoutMs)) return false;
+    socket.disconnectFromServer();
+    if (socket.state() != QLocalSocket::UnconnectedState) socket.waitForDisconnected(timeoutMs);
+    return true;
+}
+
+void RemoteServer::OnNewConnection() {
+    while (QLocalSocket* socket = m_server.nextPendingConnection()) {
+        auto buffer = std::make_shared<QByteArray>();
+        connect(socket, &QLocalSocket::readyRead, socket, [socket, buffer] {
+            // Never hold more than one message's worth from a peer.
+            buffer->append(socket->read(1 + kRemoteBufferSize - std::min<qsizetype>(buffer->size(), 1 + kRemoteBufferSize)));
+        });
+        connect(socket, &QLocalSocket::disconnected, this, [this, socket, buffer] {
+            buffer->append(socket->readAll().left(1 + kRemoteBufferSize - std::min<qsizetype>(buffer->size(), 1 + kRemoteBufferSize)));
+            socket->deleteLater();
+            if (auto command = DecodeRemoteMessage(std::string_view(buffer->constData(), buffer->size())); command)
+                m_handler(*command);
+        });
+    }
+}
+
+} // namespace tallybot::app

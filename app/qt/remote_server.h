@@ -1,0 +1,34 @@
+#pragma once
+// The remote-control channel: a local socket per home folder, reachable by the same user only.
+// Another `tallybot --send` (or a second instance) delivers one command to the running instance.
+
+#include <QLocalServer>
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <string>
+
+namespace tallybot::app {
+
+class RemoteServer : public QObject {
+    Q_OBJECT
+public:
+    using Handler = std::function<void(const std::string& command)>;
+
+    explicit RemoteServer(Handler handler, QObject* parent = nullptr);
+
+    // Listens on the channel of this home folder; false when another instance already listens.
+    bool Listen(const QString& homeFolder);
+    // Delivers a command to the instance of that home folder; false when none listens.
+    static bool Send(const QString& homeFolder, const std::string& command, int timeoutMs = 2000);
+    static QString ChannelName(const QString& homeFolder);
+
+private:
+    void OnNewConnection();
+
+    QLocalServer m_server;
+    Handler m_handler;
+};
+
+} // namespace tallybot::app
