@@ -78,6 +78,13 @@ struct GameState {
     // are summed from the players, as the active profile says.
     std::int32_t TeamScoreRed = 0;
     std::int32_t TeamScoreBlue = 0;
+    // Manual score correction kept as an offset over the scores summed from the players
+    // (query/team_scores.h), so that it survives the following parses.
+    std::int32_t TeamScoreOffsetRed = 0;
+    std::int32_t TeamScoreOffsetBlue = 0;
+    // Advanced by CalcTeamScores whenever it resets the remembered team scores; match reporting
+    // zeroes its previous and last-posted scores when this changes.
+    std::int32_t TeamScoreResets = 0;
 };
 
 // Engine code of an id ("Q2" ... "D3"); empty for any value outside 1..17.
