@@ -12,7 +12,7 @@ namespace tallybot::app {
 // What the log needs from the desktop: message boxes and the shell's "open". The window
 // implements it with dialogs; the headless runner prints to stderr and answers every question "no".
 class OperatorShell {
-public:
+  public:
     virtual ~OperatorShell() = default;
     virtual void ShowMessage(const std::string& text, const std::string& title) = 0;
     virtual bool AskYesNo(const std::string& text, const std::string& title) = 0;
@@ -29,7 +29,7 @@ struct SystemFacts {
 };
 
 class clsAppLog {
-public:
+  public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;
 
     clsAppLog(std::string logFile, std::string appTitle, std::string version, OperatorShell* shell,
@@ -46,6 +46,8 @@ public:
     std::string ErrorMessageText(const std::string& module, const std::string& procedure, long errorNumber,
                                  const std::string& message) const;
     static std::string MailToText(const std::string& address, const std::string& subject, const std::string& body);
+    std::string ReportSubject() const; // "Error log from <title> <version>"
+    std::string ReportBody() const;    // facts, the time and the whole LogText
 
     int ErrorCount() const { return m_errorCount; }
     const std::string& LogText() const { return m_logText; }
@@ -53,7 +55,10 @@ public:
     std::string ReportAddress; // empty: no report is offered
     SystemFacts Facts;
 
-private:
+  private:
+    void WriteLogEntry(const std::string& entry, bool newFile);
+    void ReportOwnError(long number, const char* sub) noexcept; // never logged again
+
     std::string m_logFile;
     std::string m_appTitle;
     std::string m_version;
