@@ -1,0 +1,106 @@
+// Engine table, clearing rules, team lists, the tokenizer and name cleaning.
+
+#include "app/vb_convert.h"
+#include "query/game_state.h"
+
+#include <gtest/gtest.h>
+
+namespace tallybot::query {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(EngineCodeTest, CodesOfEveryIdAndNoneOutsideTheTable) {
+    const char* expected[] = {"",      "Q2",  "Q3", "UT", "HL",  "RTCW", "EF",  "JK2", "SoF2",
+                              "UT2k3", "MoH", "ET", "JA", "CoD", "AA",   "EF2", "FC",  "D3"};
+    for (int id = 0; id <= 17; ++id)
+        EXPECT_EQ(EngineCode(id), expected[id]) << id;
+    EXPECT_EQ(EngineCode(99), "");
+    EXPECT_EQ(EngineCode(-1), "");
+    EXPECT_EQ(EngineCode(18), "");
+}
+
+TEST(ClearServerStatusTest, VersionAndGameNameBecomeZeroText) {
+    ServerStatus s;
+    s.GameType = "4";
+    s.CaptureLimit = 8;
+    s.MaxClients = 16;
+    s.HostName = "x";
+    s.ScoreRed = 3;
+    s.ScoreTime = "10:00";
+    s.NumPlayers = 7;
+    ClearServerStatus(s);
+    ServerStatus expected;
+    expected.Version = "0";
+    expected.GameName = "0";
+    EXPECT_EQ(s, expected);
+}
+
+TEST(ClearPlayersTest, ClearsFromFirstAndKeepsFlagOnlyWhenAsked) {
+    PlayerTable t{};
+    for (int i = 0; i <= kMaxPlayers; ++i)
+        t[i] = PlayerStatus{5, 60, "p", 1, "m", 9};
+    ClearPlayers(t, 3, 1);
+    EXPECT_EQ(t[2], (PlayerStatus{5, 60, "p", 1, "m", 9}));
+    EXPECT_EQ(t[3], (PlayerStatus{0, 0, "", 0, "", 9}));
+    EXPECT_EQ(t[50], (PlayerStatus{0, 0, "", 0, "", 9}));
+    ClearPlayers(t, 0, 0);
+    for (const auto& p : t)
+        EXPECT_EQ(p, PlayerStatus{});
+}
+
+TEST(AssignTeamListTest, SetsTeamsAndStopsAtAnIndexError) {
+    PlayerTable t{};
+    AssignTeamList("0 2 50", t, 1);
+    EXPECT_EQ(t[0].Team, 1);
+    EXPECT_EQ(t[1].Team, 0);
+    EXPECT_EQ(t[2].Team, 1);
+    EXPECT_EQ(t[50].Team, 1);
+    try {
+        AssignTeamList("4 51 6", t, 2);
+        FAIL() << "no index error";
+    } catch (const vb::VbError& e) {
+        EXPECT_EQ(e.Number(), vb::kSubscriptOutOfRange);
+    }
+    EXPECT_EQ(t[4].Team, 2);
+    EXPECT_EQ(t[6].Team, 0);
+    EXPECT_THROW(AssignTeamList("-1", t, 2), vb::VbError);
+    EXPECT_THROW(AssignTeamList("x", t, 2), vb::VbError);
+}
+
+TEST(ExtractStringTest, TakesTheHeadOrTheRest) {
+    std::string src = "a\\b\\\\c";
+    EXPECT_EQ(ExtractString(src, "\\"), "a");
+    EXPECT_EQ(src, "b\\\\c");
+    EXPECT_EQ(ExtractString(src, "\\"), "b");
+    EXPECT_EQ(ExtractString(src, "\\"), "");
+    EXPECT_EQ(ExtractString(src, "\\"), "c");
+    EXPECT_EQ(src, "");
+    EXPECT_EQ(ExtractString(src, "\\"), "");
+    std::string bytes = "x\0y\0"s;
+    EXPECT_EQ(ExtractString(bytes, "\0"s), "x");
+    EXPECT_EQ(bytes, "y\0"s);
+}
+
+struct NameCase {
+    std::string in;
+    std::string out;
+};
+
+class ClearNameTest : public ::testing::TestWithParam<NameCase> {};
+
+TEST_P(ClearNameTest, StripsColourCodesAndQuotes) {
+    EXPECT_EQ(ClearName(GetParam().in), GetParam().out);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, ClearNameTest,
+                         ::testing::Values(NameCase{"^1Red^7Name", "RedName"}, NameCase{"^Xff00ffName", "Name"},
+                                           NameCase{"^xZZZZZZName", "Name"}, NameCase{"a^z", "a^z"},
+                                           NameCase{"a^b", "a"}, NameCase{"^Nx^nY^Bz^b", "xYz"},
+                                           NameCase{"\"Quoted ^2One\"", "Quoted One"}, NameCase{"end^", "end^"},
+                                           NameCase{"^^1x", "^x"}, NameCase{"^X12", ""}, NameCase{"ab^Xff", "ab"},
+                                           NameCase{"^\"q", "^q"}, NameCase{"", ""},
+                                           NameCase{"\xE9l\xE8ve\xFF", "\xE9l\xE8ve\xFF"}));
+
+} // namespace
+} // namespace tallybot::query
