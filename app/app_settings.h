@@ -3,6 +3,7 @@
 // connection state, profile table, log). Filled by LoadSettings at start-up, written by
 // SaveSettings at shutdown; everything in between changes it in memory only.
 
+#include "app/extras_settings.h"
 #include "profiles/game_profile.h"
 
 #include <array>
@@ -70,6 +71,9 @@ struct AppSettings {
     int AllowSServerInfo = 1;
     int AllowSTeamInfo = 1;
     int CommandParameter = 0;
+
+    // [Extras]
+    ExtrasSettings Extras;
 
     // Run-time state, never written to the file.
     std::string AppPath;           // program folder, ending in the platform separator

@@ -1,0 +1,234 @@
+#include "app/settings_file.h"
+
+#include "app/app_settings.h"
+#include "app/ini_file.h"
+
+#include <array>
+#include <string_view>
+
+namespace tallybot::app {
+
+namespace {
+
+struct EscapeMark {
+    char code;
+    const char* mark;
+};
+
+// The section sign is the Windows-1252 byte 0xA7.
+constexpr std::array<EscapeMark, 4> kEscapeMarks{{
+    {'\x02', "\xA7\xA7"
+             "1\xA7\xA7"},
+    {'\x03', "\xA7\xA7"
+             "2\xA7\xA7"},
+    {'\x0F', "\xA7\xA7"
+             "3\xA7\xA7"},
+    {'\x1F', "\xA7\xA7"
+             "4\xA7\xA7"},
+}};
+
+void ReplaceAll(std::string& text, std::string_view from, std::string_view to) {
+    std::size_t pos = 0;
+    while ((pos = text.find(from, pos)) != std::string::npos) {
+        text.replace(pos, from.size(), to);
+        pos += to.size();
+    }
+}
+
+std::string Position(int i, const char* word) {
+    return std::to_string(i) + word;
+}
+
+// The colour prefix in memory is code 3 and the digits; the file holds only the digits.
+std::string ColourFromFile(const std::string& digits) {
+    return "\x03" + digits;
+}
+std::string ColourToFile(const std::string& prefix) {
+    return prefix.empty() ? std::string() : prefix.substr(1);
+}
+
+void LoadExtras(const IniFile& ini, ExtrasSettings& x) {
+    const char* s = "Extras";
+    x.IrcTls = ini.GetInt(s, "IrcTls", 0);
+    x.IrcTlsVerify = ini.GetInt(s, "IrcTlsVerify", 1);
+    x.IrcTlsPinSha256 = ini.GetString(s, "IrcTlsPinSha256", "");
+    x.IrcPassword = ini.GetString(s, "IrcPassword", "");
+    x.SaslMechanism = ini.GetString(s, "SaslMechanism", "");
+    x.SaslUser = ini.GetString(s, "SaslUser", "");
+    x.SaslPassword = ini.GetString(s, "SaslPassword", "");
+    x.ClientCertFile = ini.GetString(s, "ClientCertFile", "");
+    x.ClientKeyFile = ini.GetString(s, "ClientKeyFile", "");
+    x.AutoReconnect = ini.GetInt(s, "AutoReconnect", 0);
+    x.PacedSending = ini.GetInt(s, "PacedSending", 0);
+    x.IdentEnabled = ini.GetInt(s, "IdentEnabled", 1);
+    x.IdentPort = ini.GetInt(s, "IdentPort", 113);
+    x.IrcEncoding = ini.GetString(s, "IrcEncoding", "Latin-1");
+    x.ModernQuake3 = ini.GetInt(s, "ModernQuake3", 0);
+    x.A2SQuery = ini.GetInt(s, "A2SQuery", 0);
+    x.IPv6 = ini.GetInt(s, "IPv6", 0);
+    x.GameColoursToIrc = ini.GetInt(s, "GameColoursToIrc", 0);
+    x.ReportAddress = ini.GetString(s, "ReportAddress", "");
+}
+
+void SaveExtras(IniFile& ini, const ExtrasSettings& x) {
+    const char* s = "Extras";
+    ini.WriteInt(s, "IrcTls", x.IrcTls);
+    ini.WriteInt(s, "IrcTlsVerify", x.IrcTlsVerify);
+    ini.WriteString(s, "IrcTlsPinSha256", x.IrcTlsPinSha256);
+    ini.WriteString(s, "IrcPassword", x.IrcPassword);
+    ini.WriteString(s, "SaslMechanism", x.SaslMechanism);
+    ini.WriteString(s, "SaslUser", x.SaslUser);
+    ini.WriteString(s, "SaslPassword", x.SaslPassword);
+    ini.WriteString(s, "ClientCertFile", x.ClientCertFile);
+    ini.WriteString(s, "ClientKeyFile", x.ClientKeyFile);
+    ini.WriteInt(s, "AutoReconnect", x.AutoReconnect);
+    ini.WriteInt(s, "PacedSending", x.PacedSending);
+    ini.WriteInt(s, "IdentEnabled", x.IdentEnabled);
+    ini.WriteInt(s, "IdentPort", x.IdentPort);
+    ini.WriteString(s, "IrcEncoding", x.IrcEncoding);
+    ini.WriteInt(s, "ModernQuake3", x.ModernQuake3);
+    ini.WriteInt(s, "A2SQuery", x.A2SQuery);
+    ini.WriteInt(s, "IPv6", x.IPv6);
+    ini.WriteInt(s, "GameColoursToIrc", x.GameColoursToIrc);
+    ini.WriteString(s, "ReportAddress", x.ReportAddress);
+}
+
+} // namespace
+
+void EscapeControlCodes(std::string& text) {
+    for (const EscapeMark& m : kEscapeMarks)
+        ReplaceAll(text, std::string_view(&m.code, 1), m.mark);
+}
+
+void UnescapeControlCodes(std::string& text) {
+    for (const EscapeMark& m : kEscapeMarks)
+        ReplaceAll(text, m.mark, std::string_view(&m.code, 1));
+}
+
+void LoadSettings(AppSettings& st) {
+    IniFile ini(st.AppPath + kSettingsFileName);
+    ini.Load();
+
+    st.MinToTray = ini.GetInt("General", "MinToTray", 1);
+    st.KeepOnTop = ini.GetInt("General", "KeepOnTop", 0);
+    st.RemWinPos = ini.GetInt("General", "RemWinPos", 0);
+    st.WinTop = ini.GetInt("General", "WinTop", 500);
+    st.WinLeft = ini.GetInt("General", "WinLeft", 500);
+    st.WinState = ini.GetInt("General", "WinState", 0);
+    st.ModWinTop = ini.GetInt("General", "ModWinTop", 100);
+    st.ModWinLeft = ini.GetInt("General", "ModWinLeft", 100);
+
+    for (int i = 1; i <= kHistorySize; ++i) {
+        st.IrcServer[i] = ini.GetString("IRC", Position(i, "Server"), "");
+        st.IrcPort[i] = ini.GetInt("IRC", Position(i, "Port"), 0);
+        st.IrcChannel[i] = ini.GetString("IRC", Position(i, "Channel"), "");
+        st.IrcNick[i] = ini.GetString("IRC", Position(i, "Nick"), "");
+    }
+    st.ExtTextCol = ColourFromFile(ini.GetString("IRC", "ExtTextCol", "10"));
+    st.InfoTextCol = ColourFromFile(ini.GetString("IRC", "InfoTextCol", "2"));
+    st.IdentEmail = ini.GetString("IRC", "IdentEmail", AppSettings{}.IdentEmail);
+    st.RealName = ini.GetString("IRC", "RealName", "tallybot");
+    st.IrcTimeStamp = ini.GetInt("IRC", "TimeStamp", 0);
+    st.ShowPing = ini.GetInt("IRC", "ShowPing", 1);
+    st.PerformEnable = ini.GetInt("IRC", "PerformEnable", 0);
+    st.PerformCmd = ini.GetString("IRC", "PerformCmd", "");
+
+    st.OnJoinEnabled = ini.GetInt("OnJoin", "Enabled", 0);
+    st.OnJoinMessage = ini.GetString("OnJoin", "Message", "");
+    UnescapeControlCodes(st.OnJoinMessage);
+    st.NoticeEnabled = ini.GetInt("OnJoin", "EnableNotice", 0);
+    st.NoticeMsg = ini.GetString("OnJoin", "NoticeMsg", "");
+    UnescapeControlCodes(st.NoticeMsg);
+
+    for (int i = 1; i <= kHistorySize; ++i)
+        st.GameHost[i] = ini.GetString("Game", Position(i, "Host"), "");
+    st.QueryTime = ini.GetInt("Game", "QueryTime", 1000);
+    st.DoLog = ini.GetInt("Game", "DoLog", 0);
+    st.LogFolder = ini.GetString("Game", "LogFolder", "");
+    st.GameLogTimeStamp = ini.GetInt("Game", "TimeStamp", 0);
+    st.LogInclDate = ini.GetInt("Game", "InclDate", 1);
+    st.DefaultPort = ini.GetInt("Game", "DefaultPort", 27960);
+    st.Reconnect = ini.GetInt("Game", "Reconnect", 1);
+
+    st.SendDelay = ini.GetInt("Autopost", "SendDelay", 10);
+    st.AllowAbout = ini.GetInt("Autopost", "AllowAbout", 1);
+    st.AllowInfo = ini.GetInt("Autopost", "AllowInfo", 1);
+    st.AllowUserComm = ini.GetInt("Autopost", "AllowUserComm", 1);
+    st.AllowPlayerInfo = ini.GetInt("Autopost", "AllowPlayerInfo", 1);
+    st.AllowServInfo = ini.GetInt("Autopost", "AllowServInfo", 1);
+    st.AllowTeamInfo = ini.GetInt("Autopost", "AllowTeamInfo", 1);
+    st.AllowCustom = ini.GetInt("Autopost", "AllowCustom", 1);
+    st.AllowSPlayerInfo = ini.GetInt("Autopost", "AllowSPlayerInfo", 1);
+    st.AllowSServerInfo = ini.GetInt("Autopost", "AllowSServerInfo", 1);
+    st.AllowSTeamInfo = ini.GetInt("Autopost", "AllowSTeamInfo", 1);
+    st.CommandParameter = ini.GetInt("Autopost", "CommandParameter", 0);
+
+    LoadExtras(ini, st.Extras);
+}
+
+void SaveSettings(AppSettings& st) {
+    IniFile ini(st.AppPath + kSettingsFileName);
+    ini.Load(); // values are replaced in place, other lines stay
+
+    ini.WriteInt("General", "MinToTray", st.MinToTray);
+    ini.WriteInt("General", "KeepOnTop", st.KeepOnTop);
+    ini.WriteInt("General", "RemWinPos", st.RemWinPos);
+    ini.WriteInt("General", "WinTop", st.WinTop);
+    ini.WriteInt("General", "WinLeft", st.WinLeft);
+    ini.WriteInt("General", "WinState", st.WinState);
+    ini.WriteInt("General", "ModWinTop", st.ModWinTop);
+    ini.WriteInt("General", "ModWinLeft", st.ModWinLeft);
+
+    for (int i = 1; i <= kHistorySize; ++i) {
+        ini.WriteString("IRC", Position(i, "Server"), st.IrcServer[i]);
+        ini.WriteInt("IRC", Position(i, "Port"), st.IrcPort[i]);
+        ini.WriteString("IRC", Position(i, "Channel"), st.IrcChannel[i]);
+        ini.WriteString("IRC", Position(i, "Nick"), st.IrcNick[i]);
+    }
+    ini.WriteString("IRC", "ExtTextCol", ColourToFile(st.ExtTextCol));
+    ini.WriteString("IRC", "InfoTextCol", ColourToFile(st.InfoTextCol));
+    ini.WriteString("IRC", "IdentEmail", st.IdentEmail);
+    ini.WriteString("IRC", "RealName", st.RealName);
+    ini.WriteInt("IRC", "TimeStamp", st.IrcTimeStamp);
+    ini.WriteInt("IRC", "ShowPing", st.ShowPing);
+    ini.WriteInt("IRC", "PerformEnable", st.PerformEnable);
+    ini.WriteString("IRC", "PerformCmd", st.PerformCmd);
+
+    // The record's own texts are escaped; saving happens only at shutdown.
+    ini.WriteInt("OnJoin", "Enabled", st.OnJoinEnabled);
+    EscapeControlCodes(st.OnJoinMessage);
+    ini.WriteString("OnJoin", "Message", st.OnJoinMessage);
+    ini.WriteInt("OnJoin", "EnableNotice", st.NoticeEnabled);
+    EscapeControlCodes(st.NoticeMsg);
+    ini.WriteString("OnJoin", "NoticeMsg", st.NoticeMsg);
+
+    for (int i = 1; i <= kHistorySize; ++i)
+        ini.WriteString("Game", Position(i, "Host"), st.GameHost[i]);
+    ini.WriteInt("Game", "QueryTime", st.QueryTime);
+    ini.WriteInt("Game", "DoLog", st.DoLog);
+    ini.WriteString("Game", "LogFolder", st.LogFolder);
+    ini.WriteInt("Game", "TimeStamp", st.GameLogTimeStamp);
+    ini.WriteInt("Game", "InclDate", st.LogInclDate);
+    ini.WriteInt("Game", "DefaultPort", st.DefaultPort);
+    ini.WriteInt("Game", "Reconnect", st.Reconnect);
+
+    // The allow flags go out in an order of their own.
+    ini.WriteInt("Autopost", "SendDelay", st.SendDelay);
+    ini.WriteInt("Autopost", "AllowAbout", st.AllowAbout);
+    ini.WriteInt("Autopost", "AllowInfo", st.AllowInfo);
+    ini.WriteInt("Autopost", "AllowUserComm", st.AllowUserComm);
+    ini.WriteInt("Autopost", "AllowPlayerInfo", st.AllowPlayerInfo);
+    ini.WriteInt("Autopost", "AllowServInfo", st.AllowServInfo);
+    ini.WriteInt("Autopost", "AllowTeamInfo", st.AllowTeamInfo);
+    ini.WriteInt("Autopost", "AllowSTeamInfo", st.AllowSTeamInfo);
+    ini.WriteInt("Autopost", "AllowSPlayerInfo", st.AllowSPlayerInfo);
+    ini.WriteInt("Autopost", "AllowSServerInfo", st.AllowSServerInfo);
+    ini.WriteInt("Autopost", "AllowCustom", st.AllowCustom);
+    ini.WriteInt("Autopost", "CommandParameter", st.CommandParameter);
+
+    SaveExtras(ini, st.Extras);
+
+    ini.Save(); // a failed write goes unreported
+}
+
+} // namespace tallybot::app
