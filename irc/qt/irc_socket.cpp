@@ -1,0 +1,128 @@
+#include "irc/qt/irc_socket.h"
+
+#include <QHostAddress>
+#include <QHostInfo>
+
+namespace tallybot::irc {
+
+IrcSocket::IrcSocket(IrcSocketEvents* events)
+    : m_events(events), m_server({
+                            .connected =
+                                [this] {
+                                    if (m_events) m_events->OnServerConnected();
+                                },
+                            .data =
+                                [this](std::string_view bytes) {
+                                    if (m_events) m_events->OnServerData(bytes);
+                                },
+                            .closed =
+                                [this] {
+                                    if (m_events) m_events->OnServerClosed();
+                                },
+                            .error =
+                                [this](int number, const std::string& text) {
+                                    if (m_events) m_events->OnServerError(number, text);
+                                },
+                        }),
+      m_ident({
+          .request =
+              [this](long id, int localPort) {
+                  if (m_events) m_events->OnIdentConnectionRequest(id, localPort);
+              },
+          .data =
+              [this](std::string_view bytes) {
+                  if (m_events) m_events->OnIdentData(bytes);
+              },
+          .error =
+              [this](int number, const std::string& text) {
+                  if (m_events) m_events->OnIdentError(number, text);
+              },
+      }),
+      m_dcc({
+          .connected =
+              [this] {
+                  if (m_events) m_events->OnDccConnected();
+              },
+          .data =
+              [this](std::string_view bytes) {
+                  if (m_events) m_events->OnDccData(bytes);
+              },
+          .closed =
+              [this] {
+                  if (m_events) m_events->OnDccClosed();
+              },
+          .error =
+              [this](int number, const std::string& text) {
+                  if (m_events) m_events->OnDccError(number, text);
+              },
+      }) {}
+
+void IrcSocket::ServerConnect(const std::string& host, int port) {
+    m_server.Connect(host, port);
+}
+
+void IrcSocket::ServerSend(std::string_view bytes) {
+    m_server.Send(bytes);
+}
+
+void IrcSocket::ServerClose() {
+    m_server.Close();
+}
+
+int IrcSocket::ServerState() const {
+    return m_server.State();
+}
+
+std::string IrcSocket::ServerLocalHostName() const {
+    return QHostInfo::localHostName().toLatin1().toStdString();
+}
+
+std::string IrcSocket::ServerRemoteHost() const {
+    return m_server.RemoteHost();
+}
+
+void IrcSocket::IdentListen(int port) {
+    m_ident.Listen(port);
+}
+
+int IrcSocket::IdentState() const {
+    return m_ident.State();
+}
+
+void IrcSocket::IdentAnswer(long requestId, std::string_view line) {
+    m_ident.Answer(requestId, line);
+}
+
+void IrcSocket::IdentClose() {
+    m_ident.Close();
+}
+
+void IrcSocket::DccConnect(const std::string& dottedAddress, int port) {
+    m_dcc.Connect(dottedAddress, port);
+}
+
+void IrcSocket::DccSend(std::string_view bytes) {
+    m_dcc.Send(bytes);
+}
+
+void IrcSocket::DccClose() {
+    m_dcc.Close();
+}
+
+std::string IrcSocket::MachineHostName(int& errorCode) const {
+    const QString name = QHostInfo::localHostName();
+    // Qt gives no reason when the name cannot be read; report it as the lookup failure it amounts to.
+    errorCode = name.isEmpty() ? 11001 : 0;
+    return name.toLatin1().toStdString();
+}
+
+std::string IrcSocket::ResolveIPv4(const std::string& hostName) const {
+    const QHostInfo info =
+        QHostInfo::fromName(QString::fromLatin1(hostName.data(), static_cast<qsizetype>(hostName.size())));
+    for (const QHostAddress& address : info.addresses()) {
+        if (address.protocol() == QAbstractSocket::IPv4Protocol) return address.toString().toLatin1().toStdString();
+    }
+    return {};
+}
+
+} // namespace tallybot::irc

@@ -1,0 +1,91 @@
+#include "irc/qt/tcp_connection.h"
+
+#include "irc/irc_transport.h"
+#include "irc/qt/socket_errors.h"
+
+#include <QSignalBlocker>
+#include <QTimer>
+
+namespace tallybot::irc {
+
+TcpConnection::TcpConnection(Handlers handlers) : m_handlers(std::move(handlers)) {
+    QObject::connect(&m_socket, &QTcpSocket::connected, &m_socket, [this] {
+        if (m_handlers.connected) m_handlers.connected();
+    });
+    QObject::connect(&m_socket, &QTcpSocket::readyRead, &m_socket, [this] { DeliverPending(); });
+    QObject::connect(&m_socket, &QTcpSocket::disconnected, &m_socket, [this] { OnDisconnected(); });
+    QObject::connect(&m_socket, &QTcpSocket::errorOccurred, &m_socket,
+                     [this](QAbstractSocket::SocketError error) { OnError(error); });
+}
+
+void TcpConnection::Connect(const std::string& host, int port) {
+    Close();
+    m_remoteHost = host;
+    if (port <= 0 || port > 65535) {
+        // Reported later, like every other connect failure, so the caller finishes its own steps first.
+        QTimer::singleShot(0, &m_socket, [this, port] { ReportError(10049, "Invalid port " + std::to_string(port)); });
+        m_inError = true;
+        return;
+    }
+    m_socket.connectToHost(QString::fromLatin1(host.data(), static_cast<qsizetype>(host.size())),
+                           static_cast<quint16>(port));
+}
+
+void TcpConnection::Send(std::string_view bytes) {
+    if (m_socket.state() == QAbstractSocket::UnconnectedState) return;
+    m_socket.write(bytes.data(), static_cast<qint64>(bytes.size()));
+}
+
+void TcpConnection::Close() {
+    m_inError = false;
+    // Our own close is not news to the core: no disconnected() or error reaches it.
+    const QSignalBlocker blocker(&m_socket);
+    m_socket.abort();
+}
+
+int TcpConnection::State() const {
+    switch (m_socket.state()) {
+    case QAbstractSocket::HostLookupState:
+        return kSockResolvingHost;
+    case QAbstractSocket::ConnectingState:
+        return kSockConnecting;
+    case QAbstractSocket::ConnectedState:
+        return kSockConnected;
+    case QAbstractSocket::BoundState:
+        return kSockOpen;
+    case QAbstractSocket::ClosingState:
+        return kSockClosing;
+    case QAbstractSocket::ListeningState:
+        return kSockListening;
+    default:
+        return m_inError ? kSockError : kSockClosed;
+    }
+}
+
+void TcpConnection::DeliverPending() {
+    // The handler may close the socket; then nothing is left to read and the loop ends.
+    while (m_socket.bytesAvailable() > 0) {
+        const QByteArray chunk = m_socket.read(kMaxChunk);
+        if (chunk.isEmpty()) break;
+        if (m_handlers.data)
+            m_handlers.data(std::string_view(chunk.constData(), static_cast<std::size_t>(chunk.size())));
+    }
+}
+
+void TcpConnection::OnDisconnected() {
+    DeliverPending();
+    if (m_handlers.closed) m_handlers.closed();
+}
+
+void TcpConnection::OnError(QAbstractSocket::SocketError error) {
+    // A close by the peer is an ordinary end of the connection, reported through disconnected().
+    if (error == QAbstractSocket::RemoteHostClosedError) return;
+    m_inError = true;
+    ReportError(WinsockErrorNumber(error), m_socket.errorString().toLatin1().toStdString());
+}
+
+void TcpConnection::ReportError(int number, const std::string& description) {
+    if (m_handlers.error) m_handlers.error(number, description);
+}
+
+} // namespace tallybot::irc
