@@ -1,6 +1,7 @@
 #include "profiles/team_assignment.h"
 
 #include "app/vb_convert.h"
+#include "query/team_scores.h"
 
 #include <algorithm>
 
@@ -109,8 +110,7 @@ std::optional<std::string> CorrectScore(query::GameState& state, std::string_vie
     } catch (const vb::VbError&) {
         return "The blue score must be a number from -32768 to 32767. The scores were not changed.";
     }
-    state.TeamScoreRed = red;
-    state.TeamScoreBlue = blue;
+    query::CorrectTeamScores(state, red, blue); // kept as an offset, so it survives the next parse
     previousRed = red;
     previousBlue = blue;
     return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include "app/vb_convert.h"
 #include "profiles/team_assignment.h"
+#include "query/team_scores.h"
 
 #include <gtest/gtest.h>
 
@@ -123,6 +124,20 @@ INSTANTIATE_TEST_SUITE_P(
                       ScoreCase{" 2.5 ", "3.5", true, 2, 4, ""}, // half to even
                       ScoreCase{"32768", "1", false, 2, 4, kRedBad}, ScoreCase{"1", "-32769", false, 2, 4, kBlueBad},
                       ScoreCase{"", "1", false, 2, 4, kRedBad}, ScoreCase{"5", "five", false, 2, 4, kBlueBad}));
+
+TEST(ScoreCorrection, SurvivesTheNextParseOfTheSameScores) {
+    GameState s = State({{"ann", 1}, {"bob", 2}});
+    s.Players[1].Score = 2;
+    tallybot::profiles::GameProfile profile; // Advanced 0: scores summed from the players
+    tallybot::query::UpdateTeamScores(s, profile);
+    ASSERT_EQ(s.TeamScoreRed, 2);
+    std::int32_t previousRed = 2;
+    std::int32_t previousBlue = 0;
+    ASSERT_FALSE(profiles::CorrectScore(s, "3", "0", previousRed, previousBlue));
+    tallybot::query::UpdateTeamScores(s, profile);
+    EXPECT_EQ(s.TeamScoreRed, 3);
+    EXPECT_EQ(s.TeamScoreRed, previousRed); // the capture check sees no rise: nothing is posted
+}
 
 TEST(ScoreCorrection, OpensWithTheCurrentScores) {
     GameState s;
