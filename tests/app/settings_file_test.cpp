@@ -1,0 +1,171 @@
+#include "app/app_settings.h"
+#include "app/settings_file.h"
+#include "tests/app/temp_folder.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+namespace tallybot::app {
+namespace {
+
+using test::ReadBytes;
+using test::TempFolder;
+using test::WriteBytes;
+
+const std::string kBold = "\x02";
+const std::string kMarkBold = "\xA7\xA7"
+                              "1\xA7\xA7";
+
+std::string GoldenDefaults() {
+    const char* source = std::getenv("TALLYBOT_SOURCE_DIR");
+    std::string root = source ? source : ".";
+    return ReadBytes(root + "/tests/data/settings/default.ini");
+}
+
+AppSettings LoadFrom(const TempFolder& folder) {
+    AppSettings settings;
+    settings.AppPath = folder.Slash();
+    LoadSettings(settings);
+    return settings;
+}
+
+std::string SaveAndRead(AppSettings& settings, const TempFolder& folder) {
+    settings.AppPath = folder.Slash();
+    SaveSettings(settings);
+    return ReadBytes(folder.File("Tallybot.ini"));
+}
+
+TEST(SettingsFile, DefaultsAreWrittenKeyForKeyAsTheGoldenFile) {
+    std::string golden = GoldenDefaults();
+    ASSERT_FALSE(golden.empty());
+    TempFolder folder;
+    AppSettings defaults;
+    EXPECT_EQ(SaveAndRead(defaults, folder), golden);
+}
+
+TEST(SettingsFile, MissingFileLoadsTheDefaultsAndSavesThemUnchanged) {
+    TempFolder folder;
+    AppSettings settings;
+    settings.MinToTray = 0; // proves the loader sets the field
+    settings = LoadFrom(folder);
+    EXPECT_EQ(settings.MinToTray, 1);
+    EXPECT_EQ(settings.ExtTextCol, "\x03"
+                                   "10");
+    EXPECT_EQ(settings.InfoTextCol, "\x03"
+                                    "2");
+    EXPECT_EQ(settings.Extras.IdentPort, 113);
+    EXPECT_EQ(SaveAndRead(settings, folder), GoldenDefaults());
+}
+
+TEST(SettingsFile, GoldenFileRoundTripsByteForByte) {
+    TempFolder folder;
+    WriteBytes(folder.File("Tallybot.ini"), GoldenDefaults());
+    AppSettings settings = LoadFrom(folder);
+    TempFolder other;
+    EXPECT_EQ(SaveAndRead(settings, other), GoldenDefaults());
+}
+
+TEST(SettingsFile, ColourDigitsGainAndLoseThePrefix) {
+    TempFolder folder;
+    WriteBytes(folder.File("Tallybot.ini"), "[IRC]\nExtTextCol=04\n");
+    AppSettings settings = LoadFrom(folder);
+    EXPECT_EQ(settings.ExtTextCol, "\x03"
+                                   "04");
+    settings.InfoTextCol = "12"; // no prefix: its first character is lost
+    std::string saved = SaveAndRead(settings, folder);
+    EXPECT_NE(saved.find("ExtTextCol=04\r\n"), std::string::npos);
+    EXPECT_NE(saved.find("InfoTextCol=2\r\n"), std::string::npos);
+}
+
+TEST(SettingsFile, EmptyHistoryPositionIsStillWritten) {
+    TempFolder folder;
+    AppSettings settings;
+    settings.IrcServer[1] = "irc.example.net";
+    settings.IrcPort[1] = 6667;
+    std::string saved = SaveAndRead(settings, folder);
+    EXPECT_NE(saved.find("1Server=irc.example.net\r\n1Port=6667\r\n"), std::string::npos);
+    EXPECT_NE(saved.find("\r\n3Server=\r\n3Port=0\r\n3Channel=\r\n"), std::string::npos);
+}
+
+TEST(SettingsFile, NonNumbersReadAsZeroAndKeysIgnoreCase) {
+    TempFolder folder;
+    WriteBytes(folder.File("Tallybot.ini"), "[game]\r\nquerytime=abc\r\nDEFAULTPORT=28960\r\ndefaultport=1\r\n");
+    AppSettings settings = LoadFrom(folder);
+    EXPECT_EQ(settings.QueryTime, 0);
+    EXPECT_EQ(settings.DefaultPort, 28960);
+}
+
+TEST(SettingsFile, OnJoinTextsAreEscapedInTheFileAndInMemory) {
+    TempFolder folder;
+    AppSettings settings;
+    settings.OnJoinMessage = kBold + "hi" + kBold;
+    settings.NoticeMsg = "\x03"
+                         "4red\x0F plain \x1F";
+    std::string saved = SaveAndRead(settings, folder);
+    EXPECT_NE(saved.find("Message=" + kMarkBold + "hi" + kMarkBold + "\r\n"), std::string::npos);
+    EXPECT_EQ(settings.OnJoinMessage, kMarkBold + "hi" + kMarkBold); // escaped in place by the save
+    EXPECT_EQ(settings.NoticeMsg, "\xA7\xA7"
+                                  "2\xA7\xA7"
+                                  "4red\xA7\xA7"
+                                  "3\xA7\xA7 plain \xA7\xA7"
+                                  "4\xA7\xA7");
+    AppSettings loaded = LoadFrom(folder);
+    EXPECT_EQ(loaded.OnJoinMessage, kBold + "hi" + kBold);
+    EXPECT_EQ(loaded.NoticeMsg, "\x03"
+                                "4red\x0F plain \x1F");
+}
+
+TEST(SettingsFile, TypedMarkReadsBackAsControlCode) {
+    std::string text = "a" + kMarkBold + "b";
+    UnescapeControlCodes(text);
+    EXPECT_EQ(text, "a" + kBold + "b");
+}
+
+TEST(SettingsFile, LongTextIsCutTo254) {
+    TempFolder folder;
+    WriteBytes(folder.File("Tallybot.ini"), "[IRC]\r\nPerformCmd=" + std::string(300, 'p') + "\r\n");
+    EXPECT_EQ(LoadFrom(folder).PerformCmd, std::string(254, 'p'));
+}
+
+TEST(SettingsFile, ExtrasRoundTrip) {
+    TempFolder folder;
+    AppSettings settings;
+    settings.Extras.IrcTls = 1;
+    settings.Extras.SaslMechanism = "PLAIN";
+    settings.Extras.IrcEncoding = "UTF-8";
+    settings.Extras.ReportAddress = "dev@example.org";
+    SaveAndRead(settings, folder);
+    AppSettings loaded = LoadFrom(folder);
+    EXPECT_EQ(loaded.Extras.IrcTls, 1);
+    EXPECT_EQ(loaded.Extras.IrcTlsVerify, 1);
+    EXPECT_EQ(loaded.Extras.SaslMechanism, "PLAIN");
+    EXPECT_EQ(loaded.Extras.IrcEncoding, "UTF-8");
+    EXPECT_EQ(loaded.Extras.ReportAddress, "dev@example.org");
+}
+
+TEST(SettingsFile, UnwritableFolderIsIgnored) {
+    TempFolder folder;
+    WriteBytes(folder.File("file"), "x");
+    AppSettings settings;
+    settings.AppPath = folder.File("file") + "/"; // a folder that cannot exist
+    SaveSettings(settings);
+    EXPECT_EQ(ReadBytes(folder.File("file")), "x");
+}
+
+TEST(SettingsFile, ReadOnlyFolderIsIgnored) {
+    TempFolder folder;
+    AppSettings settings;
+    if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind root";
+    std::filesystem::permissions(folder.Slash(),
+                                 std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+    settings.AppPath = folder.Slash();
+    SaveSettings(settings);
+    EXPECT_FALSE(std::filesystem::exists(folder.File("Tallybot.ini")));
+}
+
+} // namespace
+} // namespace tallybot::app
