@@ -83,11 +83,4 @@ TEST(SelectProfile, NoProfilesAtAllLeavesNone) {
     EXPECT_EQ(table.CurrentProfile, 0);
 }
 
-TEST(ProfileCaption, FollowsTheCurrentIndex) {
-    ProfileTable table = Table();
-    EXPECT_EQ(tallybot::profiles::ProfileCaption(table), "Profile: None");
-    table.CurrentProfile = 3;
-    EXPECT_EQ(tallybot::profiles::ProfileCaption(table), "Profile: q3-ctf");
-}
-
 } // namespace

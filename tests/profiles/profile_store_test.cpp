@@ -72,30 +72,28 @@ class ProfileStoreTest : public ::testing::Test {
 };
 
 GameProfile CtfProfile() {
-    GameProfile p;
-    p.ProfileName = "ctf";
-    p.FileName = "ctf.igp";
-    p.Description = "Capture the flag on Quake 3";
-    p.Engine = 2;
-    p.GameName = "baseq3";
-    p.GameType = "4";
-    p.Advanced = 1;
-    p.AutoTeams = 1;
-    p.Scoring = 2;
-    p.ScorePerCap = 5;
-    p.PostScoreChange = 1;
-    p.StatusPosting = 1;
-    p.Interval = 1;
-    p.IntervalTime = 300;
-    p.IntervalInfo = 5;
-    p.MessageStart = "\x02Go!\x02 $ec$Map:$ic$ %map%";
-    p.Message = "\x03"
-                "04Red\x0f %tsr% - \x03"
-                "12Blue\x0f %tsb%#fca# $ec$Capped by$ic$ %fcb%#fca#";
-    p.MessageEnd = "\x1f"
-                   "Final\x1f: %tsr%:%tsb%";
-    p.UseCustom = 1;
-    return p;
+    return GameProfile{"ctf",
+                       "ctf.igp",
+                       "Capture the flag on Quake 3",
+                       2,
+                       "4",
+                       "baseq3",
+                       "\x02Go!\x02 $ec$Map:$ic$ %map%",
+                       "\x03"
+                       "04Red\x0f %tsr% - \x03"
+                       "12Blue\x0f %tsb%#fca# $ec$Capped by$ic$ %fcb%#fca#",
+                       "\x1f"
+                       "Final\x1f: %tsr%:%tsb%",
+                       /*StatusPosting*/ 1,
+                       /*PostScoreChange*/ 1,
+                       /*Interval*/ 1,
+                       /*IntervalTime*/ 300,
+                       /*IntervalInfo*/ 5,
+                       /*Advanced*/ 1,
+                       /*AutoTeams*/ 1,
+                       /*Scoring*/ 2,
+                       /*ScorePerCap*/ 5,
+                       /*UseCustom*/ 1};
 }
 
 TEST_F(ProfileStoreTest, SavedProfileMatchesGoldenFileByteForByte) {
@@ -130,14 +128,6 @@ TEST_F(ProfileStoreTest, MissingKeysTakeTheirDefaultsAndGarbageNumbersReadAsZero
     EXPECT_EQ(p.Description, "");
     EXPECT_EQ(log().ErrorCount(), 0); // noted in the log, not an error
     EXPECT_NE(log().LogText().find("Scoring=abc is not a number"), std::string::npos);
-}
-
-TEST_F(ProfileStoreTest, ClearedEntriesHoldScoringThree) {
-    AddProfile("a.igp", 2);
-    profiles::LoadAllProfiles(settings);
-    EXPECT_EQ(settings.Profiles.Entries[2], profiles::ClearedProfile());
-    EXPECT_EQ(settings.Profiles.Entries[20].Scoring, 3);
-    EXPECT_EQ(settings.Profiles.Entries[0].Scoring, 0); // the "no profile" entry stays all zero
 }
 
 TEST_F(ProfileStoreTest, ListingIsSortedAndOnlyTakesProfileFiles) {
@@ -178,9 +168,11 @@ TEST_F(ProfileStoreTest, TwentyFirstFileIsLoggedAndTheFirstTwentyKept) {
 
 TEST_F(ProfileStoreTest, MissingFolderListsNothingWithoutError) {
     fs::remove_all(Folder());
+    settings.Profiles.Entries[4].Engine = 2; // left from an earlier load
     profiles::LoadAllProfiles(settings);
     EXPECT_EQ(settings.Profiles.ProfileCount, 0);
     EXPECT_EQ(settings.Profiles.DefaultProfile, 0);
+    EXPECT_EQ(settings.Profiles.Entries[4], profiles::ClearedProfile()); // Scoring 3
     EXPECT_EQ(log().ErrorCount(), 0);
 }
 
