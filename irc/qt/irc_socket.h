@@ -18,6 +18,8 @@ namespace tallybot::irc {
 class IrcSocket final : public IrcTransport {
   public:
     explicit IrcSocket(IrcSocketEvents* events = nullptr);
+    // Sockets closing during destruction report nothing: the core may already be gone.
+    ~IrcSocket() override { m_events = nullptr; }
     IrcSocket(const IrcSocket&) = delete;
     IrcSocket& operator=(const IrcSocket&) = delete;
 

@@ -18,6 +18,11 @@ TcpConnection::TcpConnection(Handlers handlers) : m_handlers(std::move(handlers)
                      [this](QAbstractSocket::SocketError error) { OnError(error); });
 }
 
+TcpConnection::~TcpConnection() {
+    QObject::disconnect(&m_socket, nullptr, nullptr, nullptr);
+    m_socket.abort();
+}
+
 void TcpConnection::Connect(const std::string& host, int port) {
     Close();
     m_remoteHost = host;
@@ -44,6 +49,8 @@ void TcpConnection::Close() {
 }
 
 int TcpConnection::State() const {
+    // After a failure the socket reads as "error" until the next connect or close, whatever Qt's state.
+    if (m_inError) return kSockError;
     switch (m_socket.state()) {
     case QAbstractSocket::HostLookupState:
         return kSockResolvingHost;
@@ -58,7 +65,7 @@ int TcpConnection::State() const {
     case QAbstractSocket::ListeningState:
         return kSockListening;
     default:
-        return m_inError ? kSockError : kSockClosed;
+        return kSockClosed;
     }
 }
 

@@ -26,6 +26,7 @@ class TcpConnection {
     };
 
     explicit TcpConnection(Handlers handlers);
+    ~TcpConnection();
     TcpConnection(const TcpConnection&) = delete;
     TcpConnection& operator=(const TcpConnection&) = delete;
 

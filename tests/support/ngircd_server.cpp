@@ -48,7 +48,7 @@ std::string NgircdServer::ConfigText(std::uint16_t port) const {
     if (m_options.motd.empty())
         text += "MotdFile = " + (std::filesystem::path(m_dir->path().toStdString()) / "missing.motd").string() + "\n";
     else
-        text += "MotdPhrase = \"" + m_options.motd + "\"\n";
+        text += "MotdPhrase = " + m_options.motd + "\n";
     text += "[Limits]\n";
     text += "MaxConnectionsIP = 0\nPingTimeout = 300\nPongTimeout = 60\n";
     text += "[Options]\n";
