@@ -12,7 +12,7 @@ namespace tallybot::app {
 // What the log needs from the desktop: message boxes and the shell's "open". The window
 // implements it with dialogs; the headless runner prints to stderr and answers every question "no".
 class OperatorShell {
-  public:
+public:
     virtual ~OperatorShell() = default;
     virtual void ShowMessage(const std::string& text, const std::string& title) = 0;
     virtual bool AskYesNo(const std::string& text, const std::string& title) = 0;
@@ -28,8 +28,12 @@ struct SystemFacts {
     std::string memory; // "avail/total physical, avail/total virtual"
 };
 
+// Reads the facts of this machine (kernel name and release, locale, memory in KB from the
+// kernel's counters); fields that cannot be found stay empty. Called once at start-up.
+SystemFacts CollectSystemFacts();
+
 class clsAppLog {
-  public:
+public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;
 
     clsAppLog(std::string logFile, std::string appTitle, std::string version, OperatorShell* shell,
@@ -55,7 +59,7 @@ class clsAppLog {
     std::string ReportAddress; // empty: no report is offered
     SystemFacts Facts;
 
-  private:
+private:
     void WriteLogEntry(const std::string& entry, bool newFile);
     void ReportOwnError(long number, const char* sub) noexcept; // never logged again
 
