@@ -45,6 +45,10 @@ void TcpConnection::Close() {
     m_inError = false;
     // Our own close is not news to the core: no disconnected() or error reaches it.
     const QSignalBlocker blocker(&m_socket);
+    // What was sent just before (the last DCC acknowledgement, a QUIT) still goes out, as far as the
+    // system takes it without waiting.
+    if (m_socket.state() == QAbstractSocket::ConnectedState)
+        m_socket.flush();
     m_socket.abort();
 }
 

@@ -66,6 +66,10 @@ void DccTestSender::OnReadyRead() {
     if (m_lastAck >= m_content.size()) m_peer->disconnectFromHost();
 }
 
+void DccTestSender::Disconnect() {
+    if (m_peer) m_peer->disconnectFromHost();
+}
+
 bool DccTestSender::WaitForConnection(std::chrono::milliseconds deadline) {
     return WaitUntil([&] { return m_connections > 0; }, deadline);
 }

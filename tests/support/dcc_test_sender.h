@@ -10,7 +10,7 @@
 // 32-bit decimal number. On the first connection the sender writes the content from the start position
 // (0, or the position of an accepted resume: SetStartPosition) in one go, then reads the receiver's 4-byte
 // big-endian acknowledgements; it closes the connection when the acknowledged count reaches the size.
-// AcceptLine() builds the CTCP answer to a receiver's "DCC RESUME".
+// AcceptLine() builds the CTCP answer to a receiver's "DCC RESUME"; Disconnect() ends a transfer early.
 
 #include "tests/support/qt_wait.h"
 
@@ -38,6 +38,9 @@ class DccTestSender {
     std::string Offer(const std::string& fileName) const;
     std::string AcceptLine(const std::string& fileName, std::uint64_t position) const;
     void SetStartPosition(std::uint64_t position) { m_start = position; }
+
+    // Ends the transfer from the sending side (after the content, or in the middle of nothing).
+    void Disconnect();
 
     bool WaitForConnection(std::chrono::milliseconds deadline = kDefaultDeadline);
     bool WaitForAck(std::uint64_t value, std::chrono::milliseconds deadline = kDefaultDeadline);
