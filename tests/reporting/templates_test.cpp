@@ -1,0 +1,178 @@
+#include "app/vb_convert.h"
+#include "reporting/templates.h"
+#include "tests/reporting/reporting_fixture.h"
+
+#include <limits>
+
+namespace tallybot::reporting::test {
+namespace {
+
+class TemplateTest : public ReportingTest {
+  protected:
+    TemplateTest() {
+        teamRed = "  Alpha ";
+        Profile().Scoring = 2;
+        AddPlayer("kavik", 12, 50, 1);
+        AddPlayer("zeph", 7, 80, 2);
+        game.TeamScoreRed = 3;
+        game.TeamScoreBlue = 1;
+        state.LastPostedRed = 1;
+        state.LastPostedBlue = 4;
+        state.CappingPlayer = 1;
+    }
+};
+
+struct MarkCase {
+    const char* mark;
+    const char* live;
+    const char* sample;
+};
+
+const MarkCase kMarkCases[] = {
+    {"%sip%", "10.0.0.1:27960", "192.168.0.1:27960"},
+    {"%sna%", "Zephra", "Zephra Server"},
+    {"%sve%", "Q3 1.32", "Q3 1.32 linux-i386 Oct 7 2002"},
+    {"%gna%", "osp", "osp"},
+    {"%gve%", "OSP 1.01", "OSP 1.01"},
+    {"%mtl%", "15:00", "15:00"},
+    {"%map%", "q3wctf1", "q3wctf2"},
+    {"%mpl%", "16", "14"},
+    {"%npl%", "2", "5"},
+    {"%tnr%", "Alpha", "Red"},
+    {"%tnb%", "Blue", "Blue"},
+    {"%tsr%", "3", "1"},
+    {"%tsb%", "1", "2"},
+    {"%sdb%", "-3", "+1"},
+    {"%sdr%", "+2", "+0"},
+    {"%apr%", "50", "30"},
+    {"%apb%", "80", "20"},
+    {"%fcb%", "kavik", "kavik"},
+    {"$ec$",
+     "\x03"
+     "10",
+     "\x03"
+     "10"},
+    {"$ic$",
+     "\x03"
+     "2",
+     "\x03"
+     "2"},
+    {"#fca#x", "x", "x"},
+};
+
+TEST_F(TemplateTest, EveryMarkExpandsToItsLiveAndSampleValue) {
+    for (const MarkCase& c : kMarkCases) {
+        ReportingState saved = state;
+        EXPECT_EQ(Expand(std::string("<") + c.mark + ">", true), std::string("<") + c.sample + ">") << c.mark;
+        EXPECT_EQ(Expand(std::string("<") + c.mark + ">"), std::string("<") + c.live + ">") << c.mark;
+        state = saved;
+    }
+}
+
+TEST_F(TemplateTest, PickerListsTheTwentyTwoMarksAndInsertsTheMarkOfAnEntry) {
+    ASSERT_EQ(kTemplateMarks.size(), 22u);
+    EXPECT_EQ(kTemplateMarks[0].pickerEntry, "%sip% - Server IP");
+    EXPECT_EQ(kTemplateMarks[17].pickerEntry, "%fcb% - Flag capped by (CTF)");
+    for (const TemplateMark& m : kTemplateMarks)
+        EXPECT_EQ(MarkOfPickerEntry(m.pickerEntry), m.mark);
+}
+
+TEST_F(TemplateTest, ProgramVersionHasThreeNumbers) {
+    const std::string version = Expand("$pv$");
+    int dots = 0;
+    for (char c : version) {
+        dots += c == '.';
+        EXPECT_TRUE(c == '.' || (c >= '0' && c <= '9')) << version;
+    }
+    EXPECT_EQ(dots, 2) << version;
+}
+
+TEST_F(TemplateTest, PreviewLeavesTheReportingStateAlone) {
+    Expand("%sdr%%sdb%%fcb%", true);
+    EXPECT_EQ(state.LastPostedRed, 1);
+    EXPECT_EQ(state.LastPostedBlue, 4);
+    EXPECT_EQ(state.CappingPlayer, 1);
+}
+
+TEST_F(TemplateTest, DifferenceIsTakenAgainstTheLastPostedScore) {
+    state.LastPostedRed = 0;
+    EXPECT_EQ(Expand("%sdr%"), "+3");
+    EXPECT_EQ(Expand("%sdr%"), "+0");
+    EXPECT_EQ(state.LastPostedRed, 3);
+    EXPECT_EQ(state.LastPostedBlue, 4); // untouched without "%sdb%"
+}
+
+TEST_F(TemplateTest, ConditionClauseRunsToTheEndOfTheLine) {
+    EXPECT_EQ(Expand("A#fca#B#fca#C"), "ABC");
+    Profile().Scoring = 0;
+    EXPECT_EQ(Expand("A#fca#B#fca#C"), "A");
+    Profile().Scoring = 2;
+    state.CappingPlayer = 0;
+    EXPECT_EQ(Expand("A#fca#B#fca#C"), "A");
+}
+
+TEST_F(TemplateTest, RemovedClauseDoesNotCountAsPosted) {
+    Profile().Scoring = 0;
+    EXPECT_EQ(Expand("x#fca#%sdb%"), "x");
+    EXPECT_EQ(state.LastPostedBlue, 4);
+}
+
+TEST_F(TemplateTest, BothScoresZeroOrResetClearTheLastPostedScores) {
+    EXPECT_EQ(Expand("", false, true), "");
+    EXPECT_EQ(state.LastPostedRed, 0);
+    EXPECT_EQ(state.LastPostedBlue, 0);
+    state.LastPostedRed = 5;
+    game.TeamScoreRed = game.TeamScoreBlue = 0;
+    EXPECT_EQ(Expand("plain %sdr%"), "plain -5"); // computed before the reset
+    EXPECT_EQ(state.LastPostedRed, 0);
+}
+
+TEST_F(TemplateTest, AveragePingRoundsHalfToEven) {
+    const struct {
+        std::vector<int> pings;
+        const char* average;
+    } cases[] = {{{50, 51}, "50"}, {{51, 52}, "52"}, {{1}, "1"}, {{}, "0"}, {{1, 0}, "1"}, {{10, 20, 40}, "23"}};
+    for (const auto& c : cases) {
+        game.Status.NumPlayers = 0;
+        for (int ping : c.pings)
+            AddPlayer("p", 0, ping, 1);
+        EXPECT_EQ(Expand("%apr%"), c.average);
+    }
+}
+
+TEST_F(TemplateTest, BlankTeamNameFallsBackToTheTeamColour) {
+    teamRed = "   ";
+    EXPECT_EQ(Expand("%tnr%/%tnb%"), "Red/Blue");
+}
+
+TEST_F(TemplateTest, ValuesAreExpandedAgainByLaterMarksOnly) {
+    game.Status.HostName = "%map% $ec$";
+    game.Status.MapName = "%sna%";
+    EXPECT_EQ(Expand("%sna%"), "%sna% $ec$");
+}
+
+TEST_F(TemplateTest, CapperIsNamedOnce) {
+    EXPECT_EQ(Expand("by %fcb%"), "by kavik");
+    EXPECT_EQ(state.CappingPlayer, 0);
+    EXPECT_EQ(Expand("by %fcb%"), "by ");
+}
+
+TEST_F(TemplateTest, ProgramErrorsAbandonTheLine) {
+    state.CappingPlayer = 51;
+    EXPECT_THROW(Expand("x"), vb::VbError);
+    state.CappingPlayer = 0;
+    game.Status.NumPlayers = 51;
+    EXPECT_THROW(Expand("x"), vb::VbError);
+    game.Status.NumPlayers = 2;
+    game.TeamScoreRed = std::numeric_limits<std::int32_t>::min();
+    EXPECT_THROW(Expand("%sdr%"), vb::VbError);
+
+    Profile().Message = "%sdr%";
+    rep.Posts.mnuPostCustomMess();
+    EXPECT_TRUE(channel.lines.empty());
+    EXPECT_EQ(log.ErrorCount(), 1);
+    EXPECT_NE(log.LogText().find("mnuPostCustomMess_Click"), std::string::npos);
+}
+
+} // namespace
+} // namespace tallybot::reporting::test
