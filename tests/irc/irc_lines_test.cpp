@@ -1,0 +1,239 @@
+#include "fake_irc_transport.h"
+#include "irc/irc_line.h"
+
+#include <gtest/gtest.h>
+
+namespace tallybot::irc {
+namespace {
+
+using testing::IrcRig;
+using Strings = std::vector<std::string>;
+
+TEST(IrcLineParse, PrefixWordsAndTrailing) {
+    const IrcLine l = ParseIrcLine(":a!b@c.d PRIVMSG #chan :!info x\r\n");
+    EXPECT_EQ(l.Nick, "a");
+    EXPECT_EQ(l.User, "b");
+    EXPECT_EQ(l.Host, "c.d");
+    EXPECT_EQ(l.W[2], "PRIVMSG");
+    EXPECT_EQ(l.W[4], ":!info");
+    EXPECT_EQ(l.Trailing, "!info x");
+    EXPECT_TRUE(l.FullPrefix());
+
+    const IrcLine server = ParseIrcLine(":irc.srv 366 me #c End");
+    EXPECT_TRUE(server.Nick.empty());
+    EXPECT_EQ(server.Prefix, "irc.srv");
+    EXPECT_TRUE(server.Trailing.empty());
+}
+
+TEST(IrcLineParse, TenWordsAtMostButTrailingWhole) {
+    const IrcLine l = ParseIrcLine(":n!u@h PRIVMSG #c :1 2 3 4 5 6 7 8 9 10 11");
+    EXPECT_EQ(l.W[10], "7");
+    EXPECT_EQ(l.Trailing, "1 2 3 4 5 6 7 8 9 10 11");
+    const IrcLine doubleBlank = ParseIrcLine("A  B");
+    EXPECT_EQ(doubleBlank.W[2], "");
+    EXPECT_EQ(doubleBlank.W[3], "B");
+}
+
+struct NumericCase {
+    std::string line;
+    int controlType;
+    std::string shown; // "" when nothing is shown
+};
+
+class Numerics : public ::testing::TestWithParam<NumericCase> {};
+
+TEST_P(Numerics, ShowTheirText) {
+    IrcRig rig;
+    rig.irc.Properties().ControlType = GetParam().controlType;
+    rig.Line(GetParam().line);
+    if (GetParam().shown.empty()) {
+        EXPECT_TRUE(rig.irc.PaneLines().empty()) << rig.LastPane();
+    } else {
+        EXPECT_EQ(rig.LastPane(), GetParam().shown);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, Numerics,
+    ::testing::Values(
+        NumericCase{":s 001 me :Welcome to IRC", 3, "Welcome to IRC"},
+        NumericCase{":s 003 me :created today", 4, "created today"}, NumericCase{":s 001 me :Welcome to IRC", 1, ""},
+        NumericCase{":s 204 me Oper 10 x :srv", 1, "Oper srv"}, NumericCase{":s 261 me File 5 :debug", 2, "File debug"},
+        NumericCase{":s 221 me :+i", 1, "+i"}, NumericCase{":s 329 me #c :1700000000", 2, "1700000000"},
+        NumericCase{":s 251 me :There are 3 users", 0, "There are 3 users"}, NumericCase{":s 372 me :- motd", 1, ""},
+        NumericCase{":s 372 me :- motd", 4, "- motd"},
+        NumericCase{":s 253 me 2 :unknown connections", 3, "2 unknown connections"},
+        NumericCase{":s 254 me 7 :channels formed", 2, ""},
+        NumericCase{":s 301 me bob :gone fishing", 1, "Away : gone fishing"},
+        NumericCase{":s 311 me bob ~b host.net * :Bob Real", 1, "bob is ~b@host.net * Bob Real"},
+        NumericCase{":s 317 me bob 42 1700000000 :seconds idle", 1,
+                    "bob has been idle 42 seconds , singed on 2023-11-14 22:13:20"},
+        NumericCase{":s 319 me bob :@#a #b", 1, "bob on @#a #b"},
+        NumericCase{":s 331 me #c :No topic", 1, "*** No Topic is set"}, NumericCase{":s 331 me #c :No topic", 0, ""},
+        NumericCase{":s 332 me #c :frag on", 3,
+                    "*** Topic is 'frag on\x03"
+                    "3'"},
+        NumericCase{":s 333 me #c bob 1700000000", 3, "*** Set by bob on 2023-11-14 22:13:20"},
+        NumericCase{":s 341 me bob #c", 0, "bob has been invited to #c"},
+        NumericCase{":s 351 me 26.1 srv :ngircd", 0, "Server Version: ngircd"},
+        NumericCase{":s 353 me = #c :@a +b c", 4, "Namelist: @a +b c"},
+        NumericCase{":s 366 me #c :End of NAMES list", 1, "End of NAMES list"},
+        NumericCase{":s 433 * Corvamo :Nickname already in use", 1, "Nickname already in use"},
+        NumericCase{":s 502 me :Cant change mode", 1, "Cant change mode"},
+        NumericCase{":s 401 me bob :No such nick", 3, ""}, NumericCase{":s 376 me :End of MOTD", 3, ""},
+        NumericCase{":s 999 me :odd", 3, ""}));
+
+TEST(IrcLines, NamesFillTheUserListForTypesOneAndThree) {
+    IrcRig rig;
+    rig.Line(":s 353 me = #c :@op +voice plain");
+    const auto& e = rig.irc.Users().Entries();
+    ASSERT_EQ(e.size(), 3u);
+    EXPECT_EQ(e[0], (UserEntry{"op", "@"}));
+    EXPECT_EQ(e[1], (UserEntry{"voice", "+"}));
+    EXPECT_EQ(e[2], (UserEntry{"plain", ""}));
+    rig.Line(":s 353 me = #c :other");
+    EXPECT_EQ(rig.irc.Users().Entries().size(), 1u); // cleared first
+    EXPECT_TRUE(rig.irc.PaneLines().empty());
+}
+
+TEST(IrcLines, ServerNoticeWithoutPrefix) {
+    IrcRig rig;
+    rig.Line("NOTICE AUTH :*** Looking up your hostname");
+    EXPECT_EQ(rig.LastPane(), "-AUTH- *** Looking up your hostname");
+    EXPECT_EQ(rig.LastColour(), 102);
+}
+
+struct CommandCase {
+    std::string name;
+    std::string line;
+    std::string shown;
+    Strings events;
+    Strings sent;
+};
+
+class Commands : public ::testing::TestWithParam<CommandCase> {};
+
+TEST_P(Commands, ShowRaiseAndAnswer) {
+    IrcRig rig;
+    rig.Join();
+    const auto before = rig.irc.PaneLines().size();
+    rig.Line(GetParam().line);
+    if (GetParam().shown.empty()) {
+        EXPECT_EQ(rig.irc.PaneLines().size(), before);
+    } else {
+        EXPECT_EQ(rig.LastPane(), GetParam().shown);
+    }
+    EXPECT_EQ(rig.events, GetParam().events);
+    EXPECT_EQ(rig.transport.sent, GetParam().sent);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, Commands,
+    ::testing::Values(
+        CommandCase{"Join", ":bob!b@h JOIN :#Zephra", "*** bob has joined #Zephra", {"UserJoin bob"}, {}},
+        CommandCase{"Nick", ":bob!b@h NICK :rob", "*** bob is now known as rob", {"UserNameChange bob rob"}, {}},
+        CommandCase{"Action",
+                    ":bob!b@h PRIVMSG #Zephra :\x01"
+                    "ACTION waves\x01",
+                    "* bob waves",
+                    {},
+                    {}},
+        CommandCase{"Channel", ":a!b@h PRIVMSG #Zephra :!info x", "<a> !info x", {"UserCommand !info x|a|b"}, {}},
+        CommandCase{"Private", ":a!b@h PRIVMSG Corvamo :hello", "*a* -> hello", {}, {}},
+        CommandCase{"Mode", ":op!o@h MODE #Zephra +o bob", "*** op sets mode: +o bob", {"UserModeChange +o bob"}, {}},
+        CommandCase{"ServerMode", ":irc.srv MODE #Zephra +n", "*** irc.srv sets mode: +n ", {"UserModeChange +n "}, {}},
+        CommandCase{
+            "PartNamesOwnChannel", ":bob!b@h PART #other :bye", "*** bob has left #Zephra", {"UserLeave bob 1"}, {}},
+        CommandCase{"KickNamesKicker",
+                    ":op!o@h KICK #Zephra bob :spam",
+                    "*** bob was kicked from the channel by op (spam) !",
+                    {"UserLeave op 2"},
+                    {}},
+        CommandCase{
+            "Quit", ":bob!b@h QUIT :Ping timeout", "*** bob has quit IRC (Ping timeout)", {"UserLeave bob 0"}, {}},
+        CommandCase{"Notice", ":bob!b@h NOTICE Corvamo :psst", "-bob- psst", {}, {}},
+        CommandCase{"DccNotice",
+                    ":bob!b@h NOTICE Corvamo :\x01"
+                    "DCC SEND x\x01",
+                    "bob - \x01"
+                    "DCC SEND x\x01",
+                    {},
+                    {}},
+        CommandCase{"CtcpPingReply", ":bob!b@h NOTICE Corvamo :\x01PING 99\x01", "[bob PING reply]: 99\x01", {}, {}},
+        CommandCase{"CtcpVersionReply",
+                    ":bob!b@h NOTICE Corvamo :\x01VERSION mIRC v6\x01",
+                    "[bob VERSION reply]: mIRC v6\x01",
+                    {},
+                    {}},
+        CommandCase{"CtcpPing",
+                    ":bob!b@h PRIVMSG Corvamo :\x01PING 12345\x01",
+                    "[bob PING]",
+                    {},
+                    {"NOTICE bob :\x01PING 12345\x01\r\n"}},
+        CommandCase{"CtcpVersion",
+                    ":bob!b@h PRIVMSG Corvamo :\x01VERSION\x01",
+                    "[bob VERSION]",
+                    {},
+                    {"NOTICE bob :\x01VERSION uscIRC 1.0 - Tallybot IRC control\x01\r\n"}},
+        CommandCase{"CtcpTime",
+                    ":bob!b@h PRIVMSG Corvamo :\x01TIME\x01",
+                    "[bob TIME]",
+                    {},
+                    {"NOTICE bob :\x01TIME Sun Nov 22 09:05:07 2026\x01\r\n"}},
+        CommandCase{"Ignored", ":bob!b@h WALLOPS :hi", "", {}, {}}),
+    [](const auto& info) { return info.param.name; });
+
+TEST(IrcLines, TriggerNeedsSwitchAndExactPrefix) {
+    IrcRig rig;
+    rig.Join();
+    rig.Line(":a!b@h PRIVMSG #Zephra :?info");
+    rig.irc.Properties().EnableTrigger = false;
+    rig.Line(":a!b@h PRIVMSG #Zephra :!info");
+    EXPECT_TRUE(rig.events.empty());
+}
+
+TEST(IrcLines, OwnNickChangeFollowsServer) {
+    IrcRig rig;
+    rig.irc.Properties().Nick = "a";
+    rig.Line(":a!u@h NICK :d");
+    EXPECT_EQ(rig.irc.Nick(), "d");
+    rig.Line(":x!u@h NICK :y");
+    EXPECT_EQ(rig.irc.Nick(), "d");
+}
+
+TEST(IrcLines, UserListUpkeep) {
+    IrcRig rig;
+    rig.Join();
+    rig.Line(":s 353 Corvamo = #Zephra :Corvamo op bob carl");
+    rig.Line(":dan!d@h JOIN :#Zephra");
+    rig.Line(":x!x@h MODE #Zephra +o bob");
+    rig.Line(":x!x@h MODE #Zephra +v carl");
+    rig.Line(":bob!b@h NICK :rob");
+    rig.Line(":carl!c@h PART #Zephra");
+    rig.Line(":dan!d@h QUIT :bye");
+    rig.Line(":op!o@h KICK #Zephra rob :x"); // removes the kicker, as kept
+    Strings shown;
+    for (const auto& e : rig.irc.Users().Entries())
+        shown.push_back(e.Shown());
+    EXPECT_EQ(shown, (Strings{"Corvamo", "@rob"}));
+}
+
+TEST(IrcLines, TypeFourKeepsNoUserList) {
+    IrcRig rig;
+    rig.irc.Properties().ControlType = 4;
+    rig.Line(":dan!d@h JOIN :#Zephra");
+    EXPECT_TRUE(rig.irc.Users().Entries().empty());
+}
+
+TEST(IrcLines, CtcpDccIgnoredWhenDisabled) {
+    IrcRig rig;
+    rig.Join();
+    rig.irc.Properties().EnableDCC = false;
+    rig.Line(":bob!b@h PRIVMSG Corvamo :\x01"
+             "DCC SEND f 1 2 3\x01");
+    EXPECT_TRUE(rig.questions.asked.empty());
+    EXPECT_TRUE(rig.transport.sent.empty());
+}
+
+} // namespace
+} // namespace tallybot::irc
