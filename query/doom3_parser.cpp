@@ -17,9 +17,6 @@ namespace tallybot::query {
 
 namespace {
 
-constexpr std::string_view kDisconnect{"\xFF\xFF"
-                                       "disconnect\0",
-                                       13};
 constexpr std::string_view kProtocolHigh{"\0\x01\0", 3};
 constexpr std::string_view kListEnd{"\0\0", 2};
 constexpr std::string_view kNoPlayers{"\0\x20", 2};
@@ -93,11 +90,10 @@ void ReadD3EngineData(std::string_view reply, GameState& state) {
 
 } // namespace
 
-void ParseD3EngineData(std::string_view reply, GameState& state, const profiles::GameProfile& profile) {
-    if (reply == kDisconnect) return;
+// The engine entry (ParseEngineReply) ignores the disconnect packet and applies the profile rules.
+void ParseD3EngineData(std::string_view reply, GameState& state,
+                       [[maybe_unused]] const profiles::GameProfile& profile) {
     ReadD3EngineData(reply, state);
-    if (profile.Advanced == 0) state.Status.ScoreTime = "N/A";
-    if (profile.AutoTeams == 0) app::ResumeNext([&] { CalcTeamScores(state, -1, 0, profile); });
 }
 
 } // namespace tallybot::query
