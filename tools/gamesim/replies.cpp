@@ -183,22 +183,27 @@ std::string FarCry(const MatchState& s, std::string_view what) {
            Z(std::to_string(s.timeLimit));
 }
 
-// UT2003 query port: 0x80 0x00 0x00 0x00, the reply type, then the type's fields.
+// UT2003 query port: 0x80 0x00 0x00 0x00, the reply type, then the type's fields, laid out as
+// Tallybot reads them:
+//   0 server  id (4), empty address (one 0x00), game and query port (4 each), len name 00,
+//             len map 00, len gametype 00, numplayers (4), maxplayers (4), ping (4)
+//   1 rules   one flag byte, then len key 00 len value 00 ...
+//   2 players per player: id (4), len name 00, ping (4), score (4)
 std::string Ut2003(const MatchState& s, int type, int gamePort) {
     std::string reply = "\x80\x00\x00\x00"s + Byte(type);
     if (type == 0) {
-        reply += Le32(1) + Ut2Text("") + Le32(static_cast<std::uint32_t>(gamePort)) +
+        reply += Le32(1) + Byte(0) + Le32(static_cast<std::uint32_t>(gamePort)) +
                  Le32(static_cast<std::uint32_t>(gamePort + 1)) + Ut2Text(s.host) + Ut2Text(s.map) +
                  Ut2Text(s.gameType) + Le32(static_cast<std::uint32_t>(s.players.size())) +
                  Le32(static_cast<std::uint32_t>(s.maxPlayers)) + Le32(0);
     } else if (type == 1) {
-        reply += Ut2Text("AdminName") + Ut2Text("Tallybot") + Ut2Text("timelimit") +
+        reply += Byte(0) + Ut2Text("AdminName") + Ut2Text("Tallybot") + Ut2Text("timelimit") +
                  Ut2Text(std::to_string(s.timeLimit)) + Ut2Text("goalscore") + Ut2Text(std::to_string(s.captureLimit));
     } else {
         for (std::size_t i = 0; i < s.players.size(); ++i)
             reply += Le32(static_cast<std::uint32_t>(i + 1)) + Ut2Text(s.players[i].name) +
                      Le32(static_cast<std::uint32_t>(s.players[i].ping)) +
-                     Le32(static_cast<std::uint32_t>(s.players[i].score)) + Le32(0);
+                     Le32(static_cast<std::uint32_t>(s.players[i].score));
     }
     return reply;
 }

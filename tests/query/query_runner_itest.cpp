@@ -1,0 +1,153 @@
+// The Qt query adapter with the real parsers against tallybot-gamesim on 127.0.0.1: detection of
+// every engine, the query port after a pointer reply, sub-query rotation, time-out on silence,
+// datagrams from a foreign port, and a GameSpy reply split over two datagrams.
+
+#include "app/app_settings.h"
+#include "query/parsers.h"
+#include "query/qt/query_runner.h"
+#include "query/query_cycle.h"
+#include "tests/support/gamesim_process.h"
+#include "tests/support/qt_wait.h"
+
+#include <string>
+#include <vector>
+
+#include <QUdpSocket>
+
+#include <gtest/gtest.h>
+
+namespace tallybot::query {
+namespace {
+
+using testsupport::GamesimProcess;
+using testsupport::WaitUntil;
+
+// Real parsing and team scores; match reporting and the window only counted.
+struct LiveHost : QueryHost {
+    LiveHost(GameState& s, app::AppSettings& a) : state(s), settings(a) {}
+    void ParseReply(int engineId, std::string_view reply) override {
+        ParseEngineReply(engineId, reply, state, settings.Profiles.Active());
+    }
+    void ResetTeamScores() override { CalcTeamScores(state, -1, 0, settings.Profiles.Active()); }
+    void HandleQ3Info(std::string_view) override { ++q3Infos; }
+    void RefreshDisplay() override { ++refreshes; }
+    void CalcCappedPlayer(int, int) override {}
+    void SelectProfile() override {}
+    void RefreshControls() override {}
+    void ShowMessage(const std::string& text) override { messages.push_back(text); }
+    void Log(const std::string&, const std::string&, long, const std::string& message, bool) override {
+        logs.push_back(message);
+    }
+    GameState& state;
+    app::AppSettings& settings;
+    int q3Infos = 0;
+    int refreshes = 0;
+    std::vector<std::string> messages, logs;
+};
+
+const char* const kMatch = "host Tally Arena\nmap q3ctf1\ntimelimit 20\nmaxplayers 16\n"
+                           "player Alice red 4 40\nplayer Bob blue 2 60\n";
+
+class QueryRunnerTest : public ::testing::Test {
+protected:
+    QueryRunnerTest() {
+        settings.QueryTime = 60;
+        view.tmrGamQueryInterval = settings.QueryTime;
+    }
+    void StartQuery(std::uint16_t port) {
+        view.cmbGamServerText = "127.0.0.1:" + std::to_string(port);
+        runner.Click();
+    }
+    bool WaitForLabel(const std::string& label) {
+        return WaitUntil([&] { return view.lblQueryStatusCaption == label; });
+    }
+
+    QueryView view;
+    GameState state;
+    app::AppSettings settings;
+    LiveHost host{state, settings};
+    QueryCycle cycle{view, state, settings, host};
+    QueryRunner runner{cycle, view};
+};
+
+class EngineDetection : public QueryRunnerTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(EngineDetection, ProbeRoundFindsTheEngineAndItsMap) {
+    GamesimProcess sim;
+    ASSERT_TRUE(sim.Start(GetParam(), kMatch)) << sim.Output();
+    StartQuery(sim.Port());
+    ASSERT_TRUE(WaitForLabel("ONLINE - " + std::string(GetParam()))) << view.lblQueryStatusCaption;
+    EXPECT_TRUE(WaitUntil([&] { return state.Status.MapName == "q3ctf1"; })) << state.Status.MapName;
+    runner.Click();
+    EXPECT_FALSE(cycle.IsRunning());
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryEngine, EngineDetection,
+                         ::testing::Values("Q2", "Q3", "UT", "HL", "RTCW", "EF", "JK2", "SoF2", "UT2k3", "MoH", "ET",
+                                           "JA", "CoD", "AA", "EF2", "FC", "D3"));
+
+TEST_F(QueryRunnerTest, GameSpyIsAskedOnThePortPlusOneAndAssembledInOrder) {
+    GamesimProcess sim;
+    ASSERT_TRUE(sim.Start("UT", kMatch)) << sim.Output();
+    StartQuery(sim.Port());
+    ASSERT_TRUE(WaitForLabel("ONLINE - UT")) << view.lblQueryStatusCaption;
+    EXPECT_EQ(state.QueryPortOffset, 1);
+    // Host name from the first datagram, players from the second.
+    ASSERT_TRUE(WaitUntil([&] { return state.Status.NumPlayers == 2; }));
+    EXPECT_EQ(state.Status.HostName, "Tally Arena");
+    EXPECT_EQ(state.Players[1].Name, "Alice");
+    EXPECT_EQ(state.Players[2].Name, "Bob");
+    EXPECT_EQ(cycle.ReplyBuffer(), "");
+}
+
+class SubQueries : public QueryRunnerTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(SubQueries, RotateAtAThirdOfTheInterval) {
+    GamesimProcess sim;
+    ASSERT_TRUE(sim.Start(GetParam(), kMatch)) << sim.Output();
+    StartQuery(sim.Port());
+    ASSERT_TRUE(WaitForLabel("ONLINE - " + std::string(GetParam())));
+    // Server information, players and rules each come from their own sub-query.
+    EXPECT_TRUE(WaitUntil([&] {
+        return state.Status.HostName == "Tally Arena" && state.Players[1].Name == "Alice" &&
+               state.Status.TimeLimit == 20;
+    })) << state.Status.HostName
+        << "/" << state.Players[1].Name << "/" << int(state.Status.TimeLimit);
+    EXPECT_EQ(runner.Timer().interval(), 20);
+    EXPECT_EQ(view.tmrGamQueryInterval, 20);
+}
+
+INSTANTIATE_TEST_SUITE_P(ThreeStepEngines, SubQueries, ::testing::Values("HL", "UT2k3", "FC"));
+
+TEST_F(QueryRunnerTest, SilentServerStopsTheQuery) {
+    GamesimProcess sim;
+    ASSERT_TRUE(sim.Start("Q3", "silence\n")) << sim.Output();
+    StartQuery(sim.Port());
+    ASSERT_TRUE(cycle.IsRunning());
+    ASSERT_TRUE(WaitUntil([&] { return !cycle.IsRunning(); }));
+    EXPECT_EQ(host.logs, std::vector<std::string>{"Gameserver is not responding. Aborting query."});
+    EXPECT_EQ(view.lblQueryStatusCaption, "OFFLINE");
+    EXPECT_FALSE(runner.Timer().isActive());
+}
+
+TEST_F(QueryRunnerTest, DatagramsFromAnotherPortAreDropped) {
+    QUdpSocket server;
+    QUdpSocket spoofer;
+    ASSERT_TRUE(server.bind(QHostAddress::LocalHost, 0));
+    ASSERT_TRUE(spoofer.bind(QHostAddress::LocalHost, 0));
+    StartQuery(server.localPort());
+    ASSERT_TRUE(WaitUntil([&] { return server.hasPendingDatagrams(); }));
+    const QHostAddress client(QHostAddress::LocalHost);
+    const auto reply = [](const char* name) {
+        return QByteArray("\xFF\xFF\xFF\xFFstatusResponse\n\\version\\Q3 1.32c\\sv_hostname\\") + name + "\n";
+    };
+    spoofer.writeDatagram(reply("Spoof"), client, runner.LocalPort());
+    server.writeDatagram(reply("Real"), client, runner.LocalPort());
+    ASSERT_TRUE(WaitForLabel("ONLINE - Q3"));
+    testsupport::ProcessPendingEvents();
+    EXPECT_EQ(state.Status.HostName, "Real");
+    EXPECT_EQ(host.q3Infos, 1);
+}
+
+} // namespace
+} // namespace tallybot::query
