@@ -6,56 +6,13 @@
 namespace tallybot::irc {
 
 IrcSocket::IrcSocket(IrcSocketEvents* events)
-    : m_events(events), m_server({
-                            .connected =
-                                [this] {
-                                    if (m_events) m_events->OnServerConnected();
-                                },
-                            .data =
-                                [this](std::string_view bytes) {
-                                    if (m_events) m_events->OnServerData(bytes);
-                                },
-                            .closed =
-                                [this] {
-                                    if (m_events) m_events->OnServerClosed();
-                                },
-                            .error =
-                                [this](int number, const std::string& text) {
-                                    if (m_events) m_events->OnServerError(number, text);
-                                },
-                        }),
-      m_ident({
-          .request =
-              [this](long id, int localPort) {
-                  if (m_events) m_events->OnIdentConnectionRequest(id, localPort);
-              },
-          .data =
-              [this](std::string_view bytes) {
-                  if (m_events) m_events->OnIdentData(bytes);
-              },
-          .error =
-              [this](int number, const std::string& text) {
-                  if (m_events) m_events->OnIdentError(number, text);
-              },
-      }),
-      m_dcc({
-          .connected =
-              [this] {
-                  if (m_events) m_events->OnDccConnected();
-              },
-          .data =
-              [this](std::string_view bytes) {
-                  if (m_events) m_events->OnDccData(bytes);
-              },
-          .closed =
-              [this] {
-                  if (m_events) m_events->OnDccClosed();
-              },
-          .error =
-              [this](int number, const std::string& text) {
-                  if (m_events) m_events->OnDccError(number, text);
-              },
-      }) {}
+    : m_events(events),
+      m_server({Forward<&IrcSocketEvents::OnServerConnected>(), Forward<&IrcSocketEvents::OnServerData>(),
+                Forward<&IrcSocketEvents::OnServerClosed>(), Forward<&IrcSocketEvents::OnServerError>()}),
+      m_ident({Forward<&IrcSocketEvents::OnIdentConnectionRequest>(), Forward<&IrcSocketEvents::OnIdentData>(),
+               Forward<&IrcSocketEvents::OnIdentError>()}),
+      m_dcc({Forward<&IrcSocketEvents::OnDccConnected>(), Forward<&IrcSocketEvents::OnDccData>(),
+             Forward<&IrcSocketEvents::OnDccClosed>(), Forward<&IrcSocketEvents::OnDccError>()}) {}
 
 void IrcSocket::ServerConnect(const std::string& host, int port) {
     m_server.Connect(host, port);

@@ -16,7 +16,7 @@
 namespace tallybot::irc {
 
 class IrcSocket final : public IrcTransport {
-  public:
+public:
     explicit IrcSocket(IrcSocketEvents* events = nullptr);
     // Sockets closing during destruction report nothing: the core may already be gone.
     ~IrcSocket() override { m_events = nullptr; }
@@ -44,7 +44,14 @@ class IrcSocket final : public IrcTransport {
     std::string MachineHostName(int& errorCode) const override;
     std::string ResolveIPv4(const std::string& hostName) const override;
 
-  private:
+private:
+    // A handler that passes a socket event on to the core, if one is attached.
+    template <auto Event> auto Forward() {
+        return [this](auto... args) {
+            if (m_events) (m_events->*Event)(args...);
+        };
+    }
+
     IrcSocketEvents* m_events;
     TcpConnection m_server;
     IdentListener m_ident;

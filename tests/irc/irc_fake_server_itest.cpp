@@ -20,7 +20,7 @@ using testsupport::IrcTestClient;
 using testsupport::WaitUntil;
 
 class FakeServerSession : public ::testing::Test {
-  protected:
+protected:
     void SetUp() override { ASSERT_TRUE(fake.Listen()); }
 
     void Connect() {
@@ -40,6 +40,7 @@ class FakeServerSession : public ::testing::Test {
 };
 
 struct RegistrationCase {
+    std::string name;
     std::string password;
     std::vector<std::string> expected; // with %h for this machine's host name
 };
@@ -60,10 +61,12 @@ TEST_P(Registration, SendsPassUserNickInThisShape) {
 
 INSTANTIATE_TEST_SUITE_P(
     Lines, Registration,
-    ::testing::Values(RegistrationCase{"", {"USER tallybot@localhost %h 127.0.0.1 : KavikIRC", "NICK Tallybot"}},
-                      RegistrationCase{
-                          "s3cret",
-                          {"PASS s3cret", "USER tallybot@localhost %h 127.0.0.1 : KavikIRC", "NICK Tallybot"}}));
+    ::testing::Values(
+        RegistrationCase{"NoPassword", "", {"USER tallybot@localhost %h 127.0.0.1 : KavikIRC", "NICK Tallybot"}},
+        RegistrationCase{"WithPassword",
+                         "s3cret",
+                         {"PASS s3cret", "USER tallybot@localhost %h 127.0.0.1 : KavikIRC", "NICK Tallybot"}}),
+    [](const ::testing::TestParamInfo<RegistrationCase>& info) { return info.param.name; });
 
 TEST_F(FakeServerSession, LineSplitAcrossArrivalsIsHandledOnceWhole) {
     Connect();
