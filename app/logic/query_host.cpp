@@ -1,0 +1,63 @@
+// The main window's side of a game reply: parsing, match reporting, the profile choice.
+#include "app/logic/main_logic.h"
+#include "profiles/profile_selection.h"
+#include "query/parsers.h"
+#include "query/team_scores.h"
+
+namespace tallybot::app {
+
+void MainLogic::ParseReply(int engineId, std::string_view reply) {
+    query::ParseEngineReply(engineId, reply, m_game, m_settings.Profiles.Active());
+    // The parsers' team-score reset also resets the scores match reporting remembers.
+    if (m_game.TeamScoreResets != m_teamScoreResets) {
+        m_teamScoreResets = m_game.TeamScoreResets;
+        m_reportState.PrevScoreRed = 0;
+        m_reportState.PrevScoreBlue = 0;
+        m_reportState.LastPostedRed = 0;
+        m_reportState.LastPostedBlue = 0;
+    }
+}
+
+void MainLogic::ResetTeamScores() {
+    query::CalcTeamScores(m_game, -1, 0, m_settings.Profiles.Active());
+    query::ResetTeamScores(m_game);
+    m_teamScoreResets = m_game.TeamScoreResets;
+    m_reportState.PrevScoreRed = 0;
+    m_reportState.PrevScoreBlue = 0;
+    m_reportState.LastPostedRed = 0;
+    m_reportState.LastPostedBlue = 0;
+    // The next run detects its engine afresh.
+    m_awaitingDetection = true;
+}
+
+void MainLogic::HandleQ3Info(std::string_view /*reply: already parsed into the game state*/) {
+    m_reporting.Events.HandleQ3Info(m_awaitingDetection);
+}
+
+void MainLogic::CalcCappedPlayer(int scorePerCap, int matchOver) {
+    m_reporting.Events.CalcCappedPlayer(scorePerCap, matchOver != 0, m_awaitingDetection);
+}
+
+void MainLogic::SelectProfile() {
+    m_view.Query.cmdProfilesCaption =
+        profiles::SelectProfile(m_game.EngineId, m_game.Status.GameName, m_game.Status.GameType, m_settings.Profiles);
+    // Every reply while the engine is unknown or pending settles it anew.
+    m_awaitingDetection = m_game.EngineId == query::kEngineUnknown || m_game.EngineId == query::kEnginePending;
+    RefreshProfileMenu();
+}
+
+void MainLogic::RefreshControls() {
+    m_awaitingDetection = true; // a query run starts with an unknown engine
+    UpdatePostControls();
+}
+
+void MainLogic::ShowMessage(const std::string& text) {
+    if (m_shell) m_shell->ShowMessage(text, kAppTitle);
+}
+
+void MainLogic::Log(const std::string& module, const std::string& procedure, long errorNumber,
+                    const std::string& message, bool showMessage) {
+    if (m_log) m_log->Log(module, procedure, errorNumber, message, showMessage);
+}
+
+} // namespace tallybot::app
