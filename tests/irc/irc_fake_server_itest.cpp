@@ -23,8 +23,8 @@ class FakeServerSession : public ::testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(fake.Listen()); }
 
-    void Connect() {
-        irc.ConnectTo(fake.Host(), fake.Port());
+    void Connect(const std::string& host = "127.0.0.1") {
+        irc.ConnectTo(host, fake.Port());
         ASSERT_TRUE(fake.WaitForClient());
         ASSERT_TRUE(fake.WaitForLine("^NICK Tallybot$")) << fake.Received().Transcript();
     }
@@ -41,6 +41,7 @@ protected:
 
 struct RegistrationCase {
     std::string name;
+    std::string host; // as the operator typed it; a name goes through Qt's lookup
     std::string password;
     std::vector<std::string> expected; // with %h for this machine's host name
 };
@@ -49,7 +50,7 @@ class Registration : public FakeServerSession, public ::testing::WithParamInterf
 
 TEST_P(Registration, SendsPassUserNickInThisShape) {
     irc.core.SetServerPassword(GetParam().password);
-    Connect();
+    Connect(GetParam().host);
     const std::string host = QHostInfo::localHostName().toStdString();
     std::vector<std::string> expected;
     for (std::string line : GetParam().expected) {
@@ -62,10 +63,14 @@ TEST_P(Registration, SendsPassUserNickInThisShape) {
 INSTANTIATE_TEST_SUITE_P(
     Lines, Registration,
     ::testing::Values(
-        RegistrationCase{"NoPassword", "", {"USER tallybot@localhost %h 127.0.0.1 : KavikIRC", "NICK Tallybot"}},
+        RegistrationCase{
+            "NoPassword", "127.0.0.1", "", {"USER tallybot@localhost %h 127.0.0.1 : KavikIRC", "NICK Tallybot"}},
         RegistrationCase{"WithPassword",
+                         "127.0.0.1",
                          "s3cret",
-                         {"PASS s3cret", "USER tallybot@localhost %h 127.0.0.1 : KavikIRC", "NICK Tallybot"}}),
+                         {"PASS s3cret", "USER tallybot@localhost %h 127.0.0.1 : KavikIRC", "NICK Tallybot"}},
+        RegistrationCase{
+            "HostName", "localhost", "", {"USER tallybot@localhost %h localhost : KavikIRC", "NICK Tallybot"}}),
     [](const ::testing::TestParamInfo<RegistrationCase>& info) { return info.param.name; });
 
 TEST_F(FakeServerSession, LineSplitAcrossArrivalsIsHandledOnceWhole) {
