@@ -1,0 +1,38 @@
+#pragma once
+// Every question and notice a dialog puts to the operator goes through this interface, so GUI
+// tests can read the texts and answer the questions without a modal box.
+
+#include <QString>
+
+#include <optional>
+
+class QWidget;
+
+namespace tallybot::desktop {
+
+class MessageBoxes {
+public:
+    virtual ~MessageBoxes() = default;
+    virtual void Show(QWidget* parent, const QString& title, const QString& text) = 0;
+    virtual bool AskYesNo(QWidget* parent, const QString& title, const QString& question) = 0;
+    // A line of text; nothing when the operator cancels.
+    virtual std::optional<QString> AskText(QWidget* parent, const QString& title, const QString& prompt) = 0;
+};
+
+// The real thing: QMessageBox and QInputDialog.
+class QtMessageBoxes final : public MessageBoxes {
+public:
+    void Show(QWidget* parent, const QString& title, const QString& text) override;
+    bool AskYesNo(QWidget* parent, const QString& title, const QString& question) override;
+    std::optional<QString> AskText(QWidget* parent, const QString& title, const QString& prompt) override;
+};
+
+// Settings and IRC texts are Windows-1252/Latin-1 bytes; widgets hold QStrings.
+inline QString FromBytes(const std::string& bytes) {
+    return QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+inline std::string ToBytes(const QString& text) {
+    return text.toLatin1().toStdString();
+}
+
+} // namespace tallybot::desktop
