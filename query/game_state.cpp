@@ -1,6 +1,7 @@
 #include "query/game_state.h"
 
 #include "app/vb_convert.h"
+#include "query/quake_text.h"
 
 #include <cctype>
 
@@ -54,9 +55,22 @@ std::string EngineCode(int engineId) {
 }
 
 void ClearServerStatus(ServerStatus& status) {
-    status = ServerStatus{};
-    status.Version = "0";
-    status.GameName = "0";
+    // Field by field, so the texts keep their buffers from one reply to the next.
+    status.GameType.clear();
+    status.CaptureLimit = 0;
+    status.MaxClients = 0;
+    status.TimeLimit = 0;
+    status.FragLimit = 0;
+    status.HostName.clear();
+    status.Version.assign(1, '0');
+    status.Protocol = 0;
+    status.MapName.clear();
+    status.GameName.assign(1, '0');
+    status.ScoreRed = 0;
+    status.ScoreBlue = 0;
+    status.ScoreTime.clear();
+    status.GameVersion.clear();
+    status.NumPlayers = 0;
 }
 
 void ClearPlayers(PlayerTable& table, int first, int keepFlag) {
@@ -77,7 +91,7 @@ void AssignTeamList(std::string_view list, PlayerTable& table, int team) {
         std::string_view token = list.substr(0, blank);
         list = blank == std::string_view::npos ? std::string_view{} : list.substr(blank + 1);
         if (token.empty()) continue; // doubled or trailing blanks
-        int slot = vb::CInt(token);
+        int slot = quake::ToInt16(token);
         if (slot < 0 || slot > kMaxPlayers) throw vb::SubscriptOutOfRange();
         table[static_cast<std::size_t>(slot)].Team = team;
     }

@@ -46,11 +46,11 @@ void ApplyThreewaveTime(ServerStatus& status) {
     app::ResumeNext([&] {
         std::string_view minutesText = Extract(time, ':');
         std::string seconds = vb::CStr(60 - ToInt16(time));
-        if (seconds.size() < 2) seconds.insert(0, "0");
+        if (seconds.size() < 2) seconds = std::string(1, '0') + seconds;
         long minutes = static_cast<long>(status.TimeLimit) - ToInt16(minutesText) - 1;
         // Only a whole minute with nothing left is corrected; other whole minutes stay one short.
         if (seconds == "60") {
-            seconds = "00";
+            seconds.assign(2, '0');
             if (minutes == 0) minutes = 1;
         }
         status.ScoreTime = vb::CStr(minutes) + ":" + seconds;

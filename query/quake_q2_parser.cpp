@@ -45,13 +45,13 @@ void ScanKeys(std::string_view line, ServerStatus& s, std::uint8_t& counter) {
             std::string_view v = Extract(line, '\\');
             ResumeNext([&] {
                 counter = quake::ToByte(v);
-                if (counter == 1) s.GameType = "4";
+                if (counter == 1) s.GameType.assign(1, '4');
             });
         } else if (KeyIs(key, "deathmatch") && s.GameType.empty()) {
             std::string_view v = Extract(line, '\\');
             ResumeNext([&] {
                 counter = quake::ToByte(v);
-                if (counter == 1) s.GameType = "3";
+                if (counter == 1) s.GameType.assign(1, '3');
             });
         }
     }
