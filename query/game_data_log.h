@@ -29,7 +29,7 @@ std::string DateTimeText(const LocalDateTime& now);
 std::string GameLogFileName(std::string_view serverField, bool inclDate, const LocalDateTime& now);
 
 class GameDataLog {
-  public:
+public:
     // Opens (closing any open file first) for appending or from empty; false when the file
     // cannot be opened, in which case later writes do nothing.
     bool Open(const std::string& path, bool append);
@@ -41,7 +41,7 @@ class GameDataLog {
     bool IsOpen() const { return m_file.is_open(); }
     const std::string& Path() const { return m_path; }
 
-  private:
+private:
     void WriteLine(std::string_view text);
 
     std::ofstream m_file;

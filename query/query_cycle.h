@@ -45,7 +45,7 @@ struct QueryView {
 };
 
 class QueryCycle {
-  public:
+public:
     // Every reference must outlive the cycle; socket and resolver may be attached later.
     QueryCycle(QueryView& view, GameState& state, app::AppSettings& settings, QueryHost& host);
 
@@ -65,7 +65,7 @@ class QueryCycle {
     const std::string& ReplyBuffer() const { return m_replyBuffer; }
     const GameDataLog& DataLog() const { return m_dataLog; }
 
-  private:
+private:
     void Start();
     void CompleteStart(const std::string& address);
     void Stop();

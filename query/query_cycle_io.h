@@ -12,7 +12,7 @@ namespace tallybot::query {
 // at Start, a remote port set every round, datagrams sent to both. A refused send or an invalid
 // port throws vb::VbError, which the round's error trap handles.
 class QuerySocket {
-  public:
+public:
     virtual ~QuerySocket() = default;
     virtual void SetRemoteHost(const std::string& address) = 0;
     virtual void SetRemotePort(long port) = 0;
@@ -22,7 +22,7 @@ class QuerySocket {
 // Resolves a host name without blocking; the answer comes back through
 // QueryCycle::AddressResolved(ticket, address), with an empty address when the name is unknown.
 class NameResolver {
-  public:
+public:
     virtual ~NameResolver() = default;
     virtual void AddrByName(const std::string& name, int ticket) = 0;
 };
@@ -30,7 +30,7 @@ class NameResolver {
 // The main logic's side of a reply: parsing into the game state, match reporting, the profile
 // choice, the window refresh, message boxes and the application log.
 class QueryHost {
-  public:
+public:
     virtual ~QueryHost() = default;
     // The engine entry for a reply (GameSpy already assembled); runs with the active profile.
     virtual void ParseReply(int engineId, std::string_view reply) = 0;

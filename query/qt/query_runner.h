@@ -15,7 +15,7 @@ namespace tallybot::query {
 class QueryRunner : public QObject, public QuerySocket, public NameResolver {
     Q_OBJECT
 
-  public:
+public:
     // Attaches itself to the cycle as its socket and resolver.
     QueryRunner(QueryCycle& cycle, QueryView& view, QObject* parent = nullptr);
     ~QueryRunner() override;
@@ -36,11 +36,11 @@ class QueryRunner : public QObject, public QuerySocket, public NameResolver {
     // NameResolver
     void AddrByName(const std::string& name, int ticket) override;
 
-  signals:
+signals:
     // After every event that went into the cycle, so a window can mirror the view state.
     void Changed();
 
-  private:
+private:
     void OnReadyRead();
     void OnSocketError(QAbstractSocket::SocketError error);
     void OnTick();

@@ -66,7 +66,7 @@ struct ManualResolver : NameResolver {
 const std::string kQ3Reply = "\xFF\xFF\xFF\xFFstatusResponse\n\\version\\Q3 1.32 linux\\mapname\\q3dm17\n"s;
 
 class QueryCycleTest : public ::testing::Test {
-  protected:
+protected:
     QueryCycleTest() {
         cycle.Attach(&socket, &resolver);
         view.cmbGamServerText = "1.2.3.4:27960";

@@ -52,13 +52,13 @@ struct MatchScript {
 };
 
 class ScriptError : public std::runtime_error {
-  public:
+public:
     using std::runtime_error::runtime_error;
 };
 
 // A command naming a player who is not (or no longer) in the match.
 class UnknownPlayer : public ScriptError {
-  public:
+public:
     using ScriptError::ScriptError;
 };
 
