@@ -1,27 +1,92 @@
-// Entry point: parses the command line and starts the window or the headless runner.
-#include <QApplication>
-#include <QCommandLineParser>
-#include <QLabel>
+// Entry point: the command line, the home folder, then the window or the headless runner.
+#include "app/command_line.h"
+#include "app/qt/app_runtime.h"
+#include "app/qt/headless_runner.h"
+#include "app/qt/headless_shell.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QLabel>
+
+namespace {
+
+using namespace tallybot::app;
+
+std::string Env(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+// Where the shipped profiles may be, installed or in a build tree.
+std::vector<std::string> ProfileSources(const std::string& programFolder) {
+    return {programFolder + "/../share/tallybot/profiles", programFolder + "/profiles",
+            programFolder + "/../../profiles/default", programFolder + "/../../../profiles/default"};
+}
+
+int RunInstance(const CommandLine& line, const std::string& home, const std::string& programFolder) {
+    HeadlessShell shell; // the window brings its own dialogs
+    StartupOptions options;
+    options.home = PrepareHomeFolder(home, ProfileSources(programFolder));
+    options.shell = &shell;
+    options.facts = CollectSystemFacts();
+    options.commandLine = line.command;
+
+    AppRuntime runtime;
+    if (line.headless) {
+        HeadlessRunner runner(runtime, ::isatty(STDOUT_FILENO) == 1);
+        runner.CatchSignals();
+        if (!runtime.Start(options)) std::fprintf(stderr, "tallybot: remote control unavailable for this home\n");
+        runner.Start(line.command);
+        return QCoreApplication::exec();
+    }
+    // Until the main window exists: a placeholder that shows the caption and quits normally.
+    if (!runtime.Start(options)) std::fprintf(stderr, "tallybot: remote control unavailable for this home\n");
+    QLabel window(QString::fromLatin1(runtime.Logic().View().Caption.c_str()));
+    window.setObjectName("frmMain");
+    window.setMinimumSize(320, 120);
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, &runtime, [&runtime] { runtime.Shutdown(); });
+    window.show();
+    if (!line.command.empty()) runtime.Logic().HandleRemote(line.command);
+    return QApplication::exec();
+}
+
+} // namespace
 
 int main(int argc, char* argv[]) {
-    for (int i = 1; i < argc; ++i) {
-        const QByteArray arg(argv[i]);
-        if (arg == "--version") {
-            std::printf("tallybot %s\n", TALLYBOT_VERSION);
-            return 0;
-        }
-        if (arg == "--help" || arg == "-h") {
-            std::printf("Usage:\n"
-                        "  tallybot [--home DIR] [--headless] [COMMAND]\n"
-                        "  tallybot [--home DIR] --send COMMAND\n"
-                        "  tallybot --version | --help\n");
-            return 0;
-        }
+    const CommandLine line = ParseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
+    if (!line.error.empty()) {
+        std::fprintf(stderr, "tallybot: %s\n%s", line.error.c_str(), UsageText().c_str());
+        return 2;
     }
-    QApplication app(argc, argv);
-    QLabel window("Tallybot");
-    window.show();
-    return QApplication::exec();
+    if (line.help) {
+        std::printf("%s", UsageText().c_str());
+        return 0;
+    }
+    if (line.version) {
+        std::printf("tallybot %s\n", TALLYBOT_VERSION);
+        return 0;
+    }
+
+    std::unique_ptr<QCoreApplication> app;
+    if (line.headless || line.send)
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    else
+        app = std::make_unique<QApplication>(argc, argv);
+    QCoreApplication::setApplicationName("tallybot");
+
+    const std::string programFolder = QCoreApplication::applicationDirPath().toStdString();
+    const std::string home = ResolveHomeFolder(line.home, programFolder, Env("XDG_CONFIG_HOME"), Env("HOME"));
+    const QString homeText = QString::fromLocal8Bit(home.c_str());
+
+    if (line.send) return RemoteServer::Send(homeText, line.command) ? 0 : 1;
+    // A command for an instance that already runs on this home goes there.
+    if (!line.command.empty() && RemoteServer::Send(homeText, line.command)) return 0;
+    return RunInstance(line, home, programFolder);
 }
