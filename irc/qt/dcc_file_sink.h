@@ -12,7 +12,7 @@ class QFile;
 namespace tallybot::irc {
 
 class QtDccFileSink final : public DccFileSink {
-  public:
+public:
     QtDccFileSink();
     ~QtDccFileSink() override;
 
@@ -22,7 +22,7 @@ class QtDccFileSink final : public DccFileSink {
     bool Write(std::string_view bytes) override;
     void Close() override;
 
-  private:
+private:
     std::unique_ptr<QFile> m_file;
 };
 

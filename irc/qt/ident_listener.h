@@ -16,7 +16,7 @@
 namespace tallybot::irc {
 
 class IdentListener {
-  public:
+public:
     struct Handlers {
         std::function<void(long, int)> request; // request id, own local port
         std::function<void(std::string_view)> data;
@@ -33,7 +33,7 @@ class IdentListener {
     void Answer(long requestId, std::string_view line);
     void Close();
 
-  private:
+private:
     void OnNewConnection();
     void DropPending();
 

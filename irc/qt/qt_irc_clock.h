@@ -7,7 +7,7 @@
 namespace tallybot::irc {
 
 class QtIrcClock final : public IrcClock {
-  public:
+public:
     std::uint32_t TickCount() const override;
     LocalTime Now() const override;
     LocalTime FromEpoch(std::int64_t seconds) const override;

@@ -47,8 +47,7 @@ void TcpConnection::Close() {
     const QSignalBlocker blocker(&m_socket);
     // What was sent just before (the last DCC acknowledgement, a QUIT) still goes out, as far as the
     // system takes it without waiting.
-    if (m_socket.state() == QAbstractSocket::ConnectedState)
-        m_socket.flush();
+    if (m_socket.state() == QAbstractSocket::ConnectedState) m_socket.flush();
     m_socket.abort();
 }
 

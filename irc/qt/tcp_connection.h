@@ -15,7 +15,7 @@
 namespace tallybot::irc {
 
 class TcpConnection {
-  public:
+public:
     static constexpr qint64 kMaxChunk = 4096;
 
     struct Handlers {
@@ -37,7 +37,7 @@ class TcpConnection {
     int State() const; // SocketState numbering
     const std::string& RemoteHost() const { return m_remoteHost; }
 
-  private:
+private:
     void DeliverPending();
     void OnDisconnected();
     void OnError(QAbstractSocket::SocketError error);

@@ -39,7 +39,7 @@ void WriteFile(const std::string& path, const std::string& bytes) {
 }
 
 class DccSession : public ::testing::Test {
-  protected:
+protected:
     void SetUp() override {
         ASSERT_TRUE(dir.isValid());
         ASSERT_TRUE(fake.Listen());

@@ -66,7 +66,7 @@ struct UserCommandCall {
 };
 
 class IrcUnderTest {
-  public:
+public:
     IrcUnderTest() : core(sockets, clock, &questions, &files), counter(core) {
         sockets.SetEvents(&counter);
         IrcProperties& p = core.Properties();

@@ -14,7 +14,7 @@ using testsupport::IrcTestClient;
 using testsupport::NgircdServer;
 
 class NgircdSession : public ::testing::Test {
-  protected:
+protected:
     void SetUp() override {
         if (!NgircdServer::Available()) GTEST_SKIP() << "ngircd is not installed";
         ASSERT_TRUE(server.Start()) << server.Log();

@@ -25,7 +25,7 @@ class QTcpSocket;
 namespace tallybot::testsupport {
 
 class DccTestSender {
-  public:
+public:
     static constexpr std::uint32_t kLoopbackLong = 2130706433; // 127.0.0.1
 
     explicit DccTestSender(std::string content);
@@ -47,7 +47,7 @@ class DccTestSender {
     std::uint64_t LastAck() const { return m_lastAck; }
     int Connections() const { return m_connections; }
 
-  private:
+private:
     void OnNewConnection();
     void OnReadyRead();
 

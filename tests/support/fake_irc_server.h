@@ -29,7 +29,7 @@ class QTcpSocket;
 namespace tallybot::testsupport {
 
 class FakeIrcServer {
-  public:
+public:
     FakeIrcServer();
     ~FakeIrcServer();
     FakeIrcServer(const FakeIrcServer&) = delete;
@@ -55,7 +55,7 @@ class FakeIrcServer {
     }
     LineLog& Received() { return m_received; }
 
-  private:
+private:
     void OnNewConnection();
 
     std::unique_ptr<QTcpServer> m_server;

@@ -27,7 +27,7 @@ class QTcpSocket;
 namespace tallybot::testsupport {
 
 class IrcTestClient {
-  public:
+public:
     explicit IrcTestClient(std::string nick);
     ~IrcTestClient();
     IrcTestClient(const IrcTestClient&) = delete;
@@ -57,7 +57,7 @@ class IrcTestClient {
     // All lines received so far, one per line, for failure messages.
     std::string Transcript() const { return m_log.Transcript(); }
 
-  private:
+private:
     void OnReadyRead();
 
     std::string m_nick;

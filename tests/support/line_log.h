@@ -19,7 +19,7 @@
 namespace tallybot::testsupport {
 
 class LineLog {
-  public:
+public:
     // Returns the complete lines this call added, in order.
     std::vector<std::string> Feed(std::string_view bytes);
     std::optional<std::string> WaitFor(const std::string& pattern,
@@ -31,7 +31,7 @@ class LineLog {
     std::string Transcript() const;
     void Clear();
 
-  private:
+private:
     std::string m_carry;
     std::vector<std::string> m_lines;
     std::size_t m_consumed = 0;

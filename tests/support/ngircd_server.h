@@ -29,7 +29,7 @@ class QTemporaryDir;
 namespace tallybot::testsupport {
 
 class NgircdServer {
-  public:
+public:
     struct Options {
         std::string serverName = "irc.test.local";
         std::string motd = "Tallybot test server"; // empty: no MOTD at all (numeric 422)
@@ -56,7 +56,7 @@ class NgircdServer {
     // Everything ngircd wrote to its console so far (and the reason a start failed).
     std::string Log() const;
 
-  private:
+private:
     bool StartOnce(std::uint16_t port, std::chrono::milliseconds deadline);
     std::string ConfigText(std::uint16_t port) const;
     void Drain() const;
