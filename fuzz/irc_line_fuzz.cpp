@@ -1,0 +1,43 @@
+// The line handler with hostile server bytes: each input is split into lines and handed to a
+// joined control (DCC accepted, so the offer path runs too), then typed as user input. Every
+// line the control sends must be one wire line: at most 512 bytes, CR LF only at its end.
+
+#include "irc/irc_wire.h"
+#include "tests/irc/fake_irc_transport.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+using namespace tallybot::irc;
+
+namespace {
+
+void CheckSent(const testing::FakeTransport& transport) {
+    for (const auto& line : transport.sent) {
+        if (line.size() > kMaxWireLine || line.size() < 2 || line.substr(line.size() - 2) != "\r\n") std::abort();
+        for (std::size_t i = 0; i + 2 < line.size(); ++i) {
+            if (line[i] == '\r' || line[i] == '\n' || line[i] == '\0') std::abort();
+        }
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    const std::string input(reinterpret_cast<const char*>(data), size);
+    testing::IrcRig rig;
+    rig.questions.answers = {true, true, true};
+    rig.irc.Properties().TimeStamp = size % 2 == 1;
+    rig.irc.Properties().ControlType = static_cast<int>(size % 5);
+    rig.Join();
+    rig.irc.OnServerData(input);
+    rig.irc.OnDccConnected();
+    rig.irc.OnDccData(input);
+    rig.irc.ProcessUserEntry(input);
+    rig.irc.ProcessUserEntry("/" + input);
+    CheckSent(rig.transport);
+    if (rig.irc.PaneLines().size() > uscIRC::kPaneLimit) std::abort();
+    return 0;
+}
