@@ -3,11 +3,11 @@
 #include "desktop/message_boxes.h"
 #include "profiles/field_validation.h"
 
+#include <algorithm>
+
 #include <QFocusEvent>
 #include <QLineEdit>
 #include <QTabWidget>
-
-#include <algorithm>
 
 namespace tallybot::desktop {
 

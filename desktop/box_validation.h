@@ -3,9 +3,9 @@
 // the dialog its text is checked; a refused entry is explained, the tab strip turns to the box's
 // page and the focus goes back into the box.
 
-#include <QObject>
-
 #include <vector>
+
+#include <QObject>
 
 class QLineEdit;
 class QTabWidget;

@@ -3,10 +3,10 @@
 #include "app/vb_convert.h"
 #include "desktop/irc_palette.h"
 
+#include <functional>
+
 #include <QHBoxLayout>
 #include <QToolButton>
-
-#include <functional>
 
 namespace tallybot::desktop {
 
@@ -36,7 +36,8 @@ ColourBoxes::ColourBoxes(const QString& baseName, QWidget* parent) : QWidget(par
 
 void ColourBoxes::Choose(int index) {
     m_chosen = (index >= 0 && index < 16) ? index : -1;
-    for (int i = 0; i < 16; ++i) m_boxes[static_cast<std::size_t>(i)]->setChecked(i == m_chosen);
+    for (int i = 0; i < 16; ++i)
+        m_boxes[static_cast<std::size_t>(i)]->setChecked(i == m_chosen);
 }
 
 int ColourNumberOf(const std::string& prefix) {

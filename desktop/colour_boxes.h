@@ -2,11 +2,11 @@
 // A row of the sixteen IRC colours as boxes, one of which is chosen (or none, for a stored value
 // that is no colour number).
 
-#include <QWidget>
-
 #include <functional>
 #include <string>
 #include <vector>
+
+#include <QWidget>
 
 class QToolButton;
 

@@ -37,7 +37,8 @@ frmOptions::frmOptions(app::AppSettings& settings, MessageBoxes& boxes, QWidget*
     m_tabs->addTab(BuildGamePage(), "Game server");
     m_tabs->addTab(BuildCommandsPage(), "Channel commands");
     m_tabs->addTab(BuildOnJoinPage(), "On join");
-    for (const char* name : {"txtIRCIdentEmail", "txtIRCRealName", "txtDefGamPort", "txtGamQueryTime", "txtIRCSendDelay"})
+    for (const char* name :
+         {"txtIRCIdentEmail", "txtIRCRealName", "txtDefGamPort", "txtGamQueryTime", "txtIRCSendDelay"})
         m_validator->Watch(findChild<QLineEdit*>(name));
 
     auto* ok = new QPushButton("OK");

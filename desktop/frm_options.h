@@ -2,9 +2,9 @@
 // frmOptions: edits every stored setting in memory. The controls are filled from the record when
 // the dialog opens and copied back only by OK; Cancel leaves the record untouched.
 
-#include <QDialog>
-
 #include <string>
+
+#include <QDialog>
 
 class QCheckBox;
 class QLineEdit;

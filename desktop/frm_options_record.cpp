@@ -7,10 +7,10 @@
 #include "desktop/message_boxes.h"
 #include "desktop/preview_box.h"
 
+#include <optional>
+
 #include <QCheckBox>
 #include <QLineEdit>
-
-#include <optional>
 
 namespace tallybot::desktop {
 
@@ -20,8 +20,8 @@ using app::AppSettings;
 
 struct FlagBox {
     const char* name;
-    int AppSettings::* load;
-    int AppSettings::* store;
+    int AppSettings::*load;
+    int AppSettings::*store;
 };
 
 // The short-server-info box is shown from AllowSServerInfo but stored into AllowServInfo after the
@@ -54,7 +54,7 @@ const FlagBox kFlagBoxes[] = {
 
 struct TextBox {
     const char* name;
-    std::string AppSettings::* field;
+    std::string AppSettings::*field;
 };
 
 const TextBox kTextBoxes[] = {
@@ -77,8 +77,10 @@ std::string InfoColourPrefix(int number) {
 } // namespace
 
 void frmOptions::LoadFromRecord() {
-    for (const auto& flag : kFlagBoxes) findChild<QCheckBox*>(flag.name)->setChecked(m_settings.*flag.load == 1);
-    for (const auto& text : kTextBoxes) findChild<QLineEdit*>(text.name)->setText(FromBytes(m_settings.*text.field));
+    for (const auto& flag : kFlagBoxes)
+        findChild<QCheckBox*>(flag.name)->setChecked(m_settings.*flag.load == 1);
+    for (const auto& text : kTextBoxes)
+        findChild<QLineEdit*>(text.name)->setText(FromBytes(m_settings.*text.field));
     findChild<QLineEdit*>("txtDefGamPort")->setText(QString::number(m_settings.DefaultPort));
     findChild<QLineEdit*>("txtGamQueryTime")->setText(QString::number(m_settings.QueryTime));
     findChild<QLineEdit*>("txtIRCSendDelay")->setText(QString::number(m_settings.SendDelay));
@@ -117,8 +119,10 @@ bool frmOptions::Confirm() {
 }
 
 void frmOptions::StoreToRecord(std::int16_t queryTime, std::uint8_t sendDelay, std::int32_t defaultPort) {
-    for (const auto& flag : kFlagBoxes) m_settings.*flag.store = findChild<QCheckBox*>(flag.name)->isChecked() ? 1 : 0;
-    for (const auto& text : kTextBoxes) m_settings.*text.field = ToBytes(findChild<QLineEdit*>(text.name)->text());
+    for (const auto& flag : kFlagBoxes)
+        m_settings.*flag.store = findChild<QCheckBox*>(flag.name)->isChecked() ? 1 : 0;
+    for (const auto& text : kTextBoxes)
+        m_settings.*text.field = ToBytes(findChild<QLineEdit*>(text.name)->text());
     m_settings.QueryTime = queryTime;
     m_settings.SendDelay = sendDelay;
     m_settings.DefaultPort = defaultPort;

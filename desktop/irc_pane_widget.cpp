@@ -204,8 +204,8 @@ IrcColourPicker::IrcColourPicker(QLineEdit& target, QWidget* parent) : QFrame(pa
         swatch->setObjectName(QString("picIRCColor%1").arg(i));
         swatch->setFixedSize(18, 18);
         swatch->setToolTip(QString::number(i));
-        swatch->setStyleSheet(QString("QToolButton { background: %1; border: 1px solid #888; }")
-                                  .arg(IrcPaletteColour(i).name()));
+        swatch->setStyleSheet(
+            QString("QToolButton { background: %1; border: 1px solid #888; }").arg(IrcPaletteColour(i).name()));
         connect(swatch, &QToolButton::clicked, this, [this, &target, i] {
             target.insert(QString("%1").arg(i, 2, 10, QChar('0')));
             target.setFocus();
@@ -276,7 +276,8 @@ void IrcPaneWidget::Bind(irc::uscIRC& core) {
         if (core.Events().KeyUp) core.Events().KeyUp(code, shift);
     };
     ClearPane();
-    for (const auto& line : core.PaneLines()) AppendLine(line);
+    for (const auto& line : core.PaneLines())
+        AppendLine(line);
     SetUsers(core.Users());
 }
 
@@ -290,7 +291,8 @@ void IrcPaneWidget::ClearPane() {
 
 void IrcPaneWidget::SetUsers(const irc::UserList& users) {
     m_users->clear();
-    for (const auto& entry : users.Entries()) m_users->addItem(FromBytes(entry.Shown()));
+    for (const auto& entry : users.Entries())
+        m_users->addItem(FromBytes(entry.Shown()));
 }
 
 void OpenLinkInSystem(const std::string& link) {

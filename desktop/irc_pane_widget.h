@@ -5,13 +5,13 @@
 
 #include "irc/pane_model.h"
 
+#include <functional>
+#include <string>
+
 #include <QFrame>
 #include <QLineEdit>
 #include <QTextEdit>
 #include <QWidget>
-
-#include <functional>
-#include <string>
 
 class QListWidget;
 

@@ -2,9 +2,9 @@
 // Every question and notice a dialog puts to the operator goes through this interface, so GUI
 // tests can read the texts and answer the questions without a modal box.
 
-#include <QString>
-
 #include <optional>
+
+#include <QString>
 
 class QWidget;
 

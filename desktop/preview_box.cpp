@@ -6,11 +6,11 @@
 #include "reporting/irc_preview.h"
 #include "reporting/templates.h"
 
+#include <exception>
+
 #include <QFontMetrics>
 #include <QTextCursor>
 #include <QTextEdit>
-
-#include <exception>
 
 namespace tallybot::desktop {
 
