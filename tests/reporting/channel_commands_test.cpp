@@ -7,7 +7,7 @@ namespace tallybot::reporting::test {
 namespace {
 
 class ChannelCommandsTest : public ReportingTest {
-  protected:
+protected:
     ChannelCommandsTest() {
         AddPlayer("kavik", 4, 10, 1);
         state.SendDelayRunning = false; // start-up delay over, unless a test says otherwise
@@ -22,32 +22,24 @@ class ChannelCommandsTest : public ReportingTest {
     }
 };
 
-const std::string kServerShort = E + "Hostname:" + I + " Zephra " + E + ", Map:" + I + " q3wctf1 " + E +
-                                 ", Players:" + I + " 1" + E + " /" + I + " 16";
-
+// Which post answers is seen from its line count and first line; the posts' lines are tested with the posts.
 TEST_F(ChannelCommandsTest, EachCommandRunsItsPost) {
     const struct {
         const char* line;
         std::size_t lines;
-        std::string first;
+        const char* firstStart;
     } cases[] = {
-        {"!info", 3, E + "Sending delay for user requested data is" + I + " 10 " + E + "seconds!"},
-        {"!about", 2, E + "Welcome to " + I + "Tallybot " + ProgramVersion() + " " + E + "by " + I + "Kavik" + E + "!"},
-        {"!sinfo", 3, E + "Host:" + I + " Zephra " + E + "(" + I + " 10.0.0.1:27960 " + E + ")"},
-        {"!pinfo", 1, E + "Players: " + I + "kavik " + E + "(S" + I + " 4" + E + ",P" + I + " 10" + E + ") "},
-        {"!tinfo", 3, ""},
-        {"!ssinfo anything", 1, kServerShort},
-        {"!spinfo", 1, E + "Players: " + I + "kavik "},
-        {"!stinfo", 3, ""},
-        {"!cust", 1, "custom"},
+        {"!info", 3, "Sending delay"}, {"!about", 2, "Welcome"}, {"!sinfo", 3, "Host:"},
+        {"!pinfo", 1, "Players: "},    {"!tinfo", 3, ""},        {"!ssinfo anything", 1, "Hostname:"},
+        {"!spinfo", 1, "Players: "},   {"!stinfo", 3, ""},       {"!cust", 1, "custom"},
     };
-    Profile().Message = "custom";
+    Profile().Message = E + "custom";
     for (const auto& c : cases) {
         state.SendDelayRunning = false;
         Request(c.line);
         ASSERT_EQ(channel.lines.size(), c.lines) << c.line;
-        if (!c.first.empty()) {
-            EXPECT_EQ(channel.lines[0], c.first) << c.line;
+        if (*c.firstStart) {
+            EXPECT_EQ(channel.lines[0].rfind(E + c.firstStart, 0), 0u) << c.line;
         }
         const std::string word = std::string(c.line).substr(0, std::string(c.line).find(' '));
         EXPECT_EQ(Logged(), "[SYSTEM] joe requested " + word + " -> sent.");
@@ -137,12 +129,6 @@ TEST_F(ChannelCommandsTest, WelcomeNoticeAndOnJoinMessage) {
     EXPECT_EQ(channel.notices, (std::vector<Notice>{{"joe", "Hi, map " + I + "q3wctf1"}}));
     EXPECT_EQ(Logged(), "[SYSTEM] Sent welcome notice to joe");
     EXPECT_EQ(channel.lines, std::vector<std::string>{"Tallybot on Zephra"});
-}
-
-TEST(SplitWordsTest, SplitsAtEverySingleBlank) {
-    EXPECT_EQ(SplitWords("!info  Bot1"), (std::vector<std::string>{"!info", "", "Bot1"}));
-    EXPECT_EQ(SplitWords("!info"), (std::vector<std::string>{"!info"}));
-    EXPECT_EQ(SplitWords("a b "), (std::vector<std::string>{"a", "b", ""}));
 }
 
 } // namespace

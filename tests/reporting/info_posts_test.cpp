@@ -16,7 +16,7 @@ std::string ErrorLine(const std::string& text) {
 }
 
 class InfoPostsTest : public ReportingTest {
-  protected:
+protected:
     InfoPostsTest() { Profile().Message = "custom"; }
     std::vector<std::string> Run(Post post) {
         channel.lines.clear();
@@ -138,11 +138,6 @@ TEST_F(InfoPostsTest, HelpListsCommandsOnlyWithTheMasterSwitch) {
                     }));
     settings.AllowUserComm = 0;
     EXPECT_EQ(Run(&InfoPosts::mnuPostHelp)[2], E + "Available Commands: " + I);
-}
-
-TEST_F(InfoPostsTest, AboutNamesTheProgramAndItsVersion) {
-    EXPECT_EQ(Run(&InfoPosts::mnuPostAbout)[0],
-              E + "Welcome to " + I + "Tallybot " + ProgramVersion() + " " + E + "by " + I + "Kavik" + E + "!");
 }
 
 } // namespace

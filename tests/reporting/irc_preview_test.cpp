@@ -57,11 +57,5 @@ TEST(IrcPreviewTest, RendersRunsLikeAnIrcClient) {
         EXPECT_EQ(RenderIrcPreview(c.line), c.runs) << c.name;
 }
 
-TEST(IrcPreviewTest, ColourTableEnds) {
-    EXPECT_EQ(kPreviewColours[0], (Rgb{255, 255, 255}));
-    EXPECT_EQ(kPreviewColours[2], (Rgb{0, 0, 102}));
-    EXPECT_EQ(kPreviewColours[15], (Rgb{204, 204, 204}));
-}
-
 } // namespace
 } // namespace tallybot::reporting

@@ -5,7 +5,7 @@ namespace tallybot::reporting::test {
 namespace {
 
 class MatchEventsTest : public ReportingTest {
-  protected:
+protected:
     MatchEventsTest() {
         Profile().PostScoreChange = 1;
         Profile().Scoring = 2;

@@ -8,7 +8,7 @@ namespace tallybot::reporting::test {
 namespace {
 
 class TemplateTest : public ReportingTest {
-  protected:
+protected:
     TemplateTest() {
         teamRed = "  Alpha ";
         Profile().Scoring = 2;
@@ -77,23 +77,6 @@ TEST_F(TemplateTest, PickerListsTheTwentyTwoMarksAndInsertsTheMarkOfAnEntry) {
         EXPECT_EQ(MarkOfPickerEntry(m.pickerEntry), m.mark);
 }
 
-TEST_F(TemplateTest, ProgramVersionHasThreeNumbers) {
-    const std::string version = Expand("$pv$");
-    int dots = 0;
-    for (char c : version) {
-        dots += c == '.';
-        EXPECT_TRUE(c == '.' || (c >= '0' && c <= '9')) << version;
-    }
-    EXPECT_EQ(dots, 2) << version;
-}
-
-TEST_F(TemplateTest, PreviewLeavesTheReportingStateAlone) {
-    Expand("%sdr%%sdb%%fcb%", true);
-    EXPECT_EQ(state.LastPostedRed, 1);
-    EXPECT_EQ(state.LastPostedBlue, 4);
-    EXPECT_EQ(state.CappingPlayer, 1);
-}
-
 TEST_F(TemplateTest, DifferenceIsTakenAgainstTheLastPostedScore) {
     state.LastPostedRed = 0;
     EXPECT_EQ(Expand("%sdr%"), "+3");
@@ -149,12 +132,6 @@ TEST_F(TemplateTest, ValuesAreExpandedAgainByLaterMarksOnly) {
     game.Status.HostName = "%map% $ec$";
     game.Status.MapName = "%sna%";
     EXPECT_EQ(Expand("%sna%"), "%sna% $ec$");
-}
-
-TEST_F(TemplateTest, CapperIsNamedOnce) {
-    EXPECT_EQ(Expand("by %fcb%"), "by kavik");
-    EXPECT_EQ(state.CappingPlayer, 0);
-    EXPECT_EQ(Expand("by %fcb%"), "by ");
 }
 
 TEST_F(TemplateTest, ProgramErrorsAbandonTheLine) {
