@@ -30,15 +30,18 @@ void uscIRC::HandleLine(std::string_view line) {
         m_ownHost = l.Host;
         SetStatus(kJoined);
     }
+    // A PING is answered whatever follows it, even a bare number.
+    if (!l.HasPrefix && l.W[1] == "PING") {
+        AnswerPing(l);
+        return;
+    }
     if (IsNumericWord(l.W[2])) {
         HandleNumeric(l, std::stoi(l.W[2]));
         return;
     }
     if (!l.HasPrefix) {
         const std::string& command = l.W[1];
-        if (command == "PING") {
-            AnswerPing(l);
-        } else if (command == "NOTICE") {
+        if (command == "NOTICE") {
             AddText("-" + l.W[2] + "- " + l.Trailing, m_props.NoticeColor);
         } else if (command == "ERROR") {
             const auto colon = l.Text.find(':');
