@@ -114,6 +114,12 @@ TEST_F(InfoPostsTest, PlayerListSortsByScoreAndLosesANegativeScoreToAnEmptySlot)
               std::vector{E + "Players: " + I + "top " + E + "(S" + I + " 5" + E + ",P" + I + " 20" + E + ") low " + E +
                           "(S" + I + " 3" + E + ",P" + I + " 40" + E + ")  " + E + "(S" + I + " 0" + E + ",P" + I +
                           " 0" + E + ") "});
+    // Equal scores end where the passes leave them, not in table order.
+    game.Status.NumPlayers = 0;
+    const std::pair<const char*, int> players[] = {{"a", 1}, {"b", 2}, {"c", 1}, {"d", 3}, {"e", 1}};
+    for (const auto& [name, score] : players)
+        AddPlayer(name, score, 0, 1);
+    EXPECT_EQ(rep.Posts.FormatPlayerList(false), E + "Players: " + I + "d b c a e ");
 }
 
 TEST_F(InfoPostsTest, PlayerListStopsAtThePlayerWhoReaches380Characters) {
