@@ -15,7 +15,7 @@ namespace tallybot::reporting {
 std::vector<std::string> SplitWords(const std::string& text);
 
 class ChannelCommands {
-  public:
+public:
     ChannelCommands(const ReportContext& ctx, ReportingState& state, InfoPosts& posts, ChannelSink& channel,
                     PaneSink& pane)
         : m_ctx(ctx), m_state(state), m_posts(posts), m_channel(channel), m_pane(pane) {}
@@ -30,7 +30,7 @@ class ChannelCommands {
     // The program's own channel join has completed.
     void PostOnJoinMessage();
 
-  private:
+private:
     void LogRequest(const std::string& nick, const std::string& command, const char* outcome);
 
     const ReportContext& m_ctx;

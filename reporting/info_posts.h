@@ -19,7 +19,7 @@ inline constexpr std::string_view kBlueColour = "\x03"
 inline constexpr std::string_view kProgramTitle = "Tallybot";
 
 class InfoPosts {
-  public:
+public:
     InfoPosts(const ReportContext& ctx, ReportingState& state, ChannelSink& channel)
         : m_ctx(ctx), m_state(state), m_channel(channel) {}
 
@@ -42,7 +42,7 @@ class InfoPosts {
     void Post(std::string_view text);
     std::string Expand(std::string_view text, bool resetScores = false);
 
-  private:
+private:
     bool PassGate();
     void PostTeams(bool shortForm);
     void PostPlayers(bool withDetails);

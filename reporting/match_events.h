@@ -10,7 +10,7 @@
 namespace tallybot::reporting {
 
 class MatchEvents {
-  public:
+public:
     // refreshDisplay runs before every capture check of a Quake 3 reply; it may be empty.
     MatchEvents(const ReportContext& ctx, ReportingState& state, InfoPosts& posts,
                 std::function<void()> refreshDisplay = {})
@@ -23,7 +23,7 @@ class MatchEvents {
     // One tick of the interval post timer.
     void tmrIRCPost_Timer();
 
-  private:
+private:
     bool CanPostEvents() const;
     void PostCapture();
     void HandleMatchEnd();

@@ -10,7 +10,7 @@ namespace tallybot::reporting {
 constexpr int kSystemColour = 255;
 
 class ChannelSink {
-  public:
+public:
     virtual ~ChannelSink() = default;
     virtual void SendToChannel(const std::string& text) = 0;                       // one PRIVMSG line
     virtual void NotifyUser(const std::string& nick, const std::string& text) = 0; // one NOTICE line
@@ -18,7 +18,7 @@ class ChannelSink {
 };
 
 class PaneSink {
-  public:
+public:
     virtual ~PaneSink() = default;
     virtual void AddText(const std::string& text, int colour) = 0;
 };

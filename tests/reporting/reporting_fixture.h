@@ -41,7 +41,7 @@ struct FakePane : PaneSink {
 };
 
 class ReportingTest : public ::testing::Test {
-  protected:
+protected:
     ReportingTest() {
         settings.ConnState = 3;
         settings.Profiles.ProfileCount = 1;
