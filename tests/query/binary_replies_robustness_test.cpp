@@ -6,6 +6,7 @@
 
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -69,6 +70,29 @@ TEST(BinaryRepliesRobustnessTest, LargeAndRandomRepliesParse) {
                 ASSERT_LE(state.Status.NumPlayers, 50) << family.name;
             }
         }
+    }
+}
+
+// Replies too short to name their type, or of a type the parser does not know, change nothing.
+TEST(BinaryRepliesRobustnessTest, ShortAndForeignRepliesAreIgnored) {
+    using namespace std::string_literals;
+    const std::pair<Parser, std::string> cases[] = {
+        {ParseGameSpy, "\\@\\x"s}, // a short notice with "@"
+        {ParseHLReply, "\xFF\xFF\xFF\xFF"s},
+        {ParseHLReply, "\xFF\xFF\xFF\xFFXabc\0def"s},
+        {ParseFCReply, "\x7F"s},
+        {ParseFCReply, "\x7F\xFF\xFF\xFFQ\x0E"s
+                       "abc"s},
+        {ParseUT2003Reply, "\x80\0\0\0"s},
+        {ParseUT2003Reply, "\x80\0\0\0\x03xxxxxxxxxxxxxxxxxxxxxxxx"s},
+    };
+    for (const auto& [parse, reply] : cases) {
+        GameState state;
+        state.Status.HostName = "kept";
+        state.Status.NumPlayers = 2;
+        parse(reply, state, profiles::GameProfile{});
+        EXPECT_EQ(state.Status.HostName, "kept") << reply;
+        EXPECT_EQ(state.Status.NumPlayers, 2) << reply;
     }
 }
 

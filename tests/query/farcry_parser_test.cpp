@@ -45,16 +45,5 @@ TEST(FarCryParserTest, RulesReplyRoundsTheTimeLimitHalfToEven) {
     EXPECT_EQ(state.Status.TimeLimit, 20); // "20.5"
 }
 
-TEST(FarCryParserTest, UnknownReplyTypeIsIgnored) {
-    GameState state;
-    state.Status.HostName = "kept";
-    ParseFCReply(std::string("\x7F\xFF\xFF\xFFQ\x0E"
-                             "abc",
-                             9),
-                 state, kNoProfile);
-    ParseFCReply("\x7F", state, kNoProfile);
-    EXPECT_EQ(state.Status.HostName, "kept");
-}
-
 } // namespace
 } // namespace tallybot::query

@@ -103,13 +103,6 @@ INSTANTIATE_TEST_SUITE_P(
                     {{"A", 0, 0, 2}, {"B", 0, 0, 1}}}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(GameSpyParserTest, ShortNoticeWithAtIsIgnored) {
-    GameState before;
-    before.Status.HostName = "kept";
-    GameState after = Parse("\\@\\x", before);
-    EXPECT_EQ(after.Status, before.Status);
-}
-
 TEST(GameSpyParserTest, SlotsAfterNumPlayersAreCleared) {
     GameState before;
     before.Players[2] = PlayerStatus{5, 60, "old", 1, "m", 3};

@@ -60,16 +60,5 @@ TEST(HalfLifeParserTest, ThreeSubRepliesCombine) {
     EXPECT_EQ(state.Players[1].Name, "Gordon");
 }
 
-TEST(HalfLifeParserTest, ShortAndForeignRepliesAreIgnored) {
-    for (std::string reply : {std::string("\xFF\xFF\xFF\xFF"), std::string("\xFF\xFF\xFF\xFF"
-                                                                           "Xabc\0def",
-                                                                           12)}) {
-        GameState state;
-        state.Status.HostName = "kept";
-        ParseHLReply(reply, state, kNoProfile);
-        EXPECT_EQ(state.Status.HostName, "kept");
-    }
-}
-
 } // namespace
 } // namespace tallybot::query

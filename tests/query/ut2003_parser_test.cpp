@@ -44,13 +44,5 @@ TEST(UT2003ParserTest, PlayersReplyKeepsLowBytesAndLeavesLaterSlots) {
     EXPECT_EQ(state.Players[4].Name, "Stale");
 }
 
-TEST(UT2003ParserTest, ShortAndUnknownRepliesAreIgnored) {
-    GameState state;
-    state.Status.HostName = "kept";
-    ParseUT2003Reply(std::string("\x80\x00\x00\x00", 4), state, kNoProfile);
-    ParseUT2003Reply(std::string("\x80\x00\x00\x00\x03xxxxxxxxxxxxxxxxxxxxxxxx", 29), state, kNoProfile);
-    EXPECT_EQ(state.Status.HostName, "kept");
-}
-
 } // namespace
 } // namespace tallybot::query
