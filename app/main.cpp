@@ -26,7 +26,7 @@ std::string Env(const char* name) {
 
 // Where the shipped profiles may be, installed or in a build tree.
 std::vector<std::string> ProfileSources(const std::string& programFolder) {
-    return {programFolder + "/../share/tallybot/profiles", programFolder + "/profiles",
+    return {programFolder + "/../share/tallybot/Profiles", programFolder + "/profiles",
             programFolder + "/../../profiles/default", programFolder + "/../../../profiles/default"};
 }
 
