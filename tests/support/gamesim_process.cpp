@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -32,8 +33,10 @@ GamesimProcess::~GamesimProcess() {
 }
 
 std::string GamesimProcess::BinaryPath() {
-    const char* dir = std::getenv("TALLYBOT_BINARY_DIR");
-    return std::string(dir ? dir : ".") + "/bin/tallybot-gamesim";
+    if (const char* dir = std::getenv("TALLYBOT_BINARY_DIR"); dir && *dir)
+        return std::string(dir) + "/bin/tallybot-gamesim";
+    // Test programs live in <build>/tests, the simulator in <build>/bin.
+    return QCoreApplication::applicationDirPath().toStdString() + "/../bin/tallybot-gamesim";
 }
 
 bool GamesimProcess::Start(const std::string& engineCode, const std::string& script,

@@ -6,9 +6,10 @@
 //   ... query 127.0.0.1:sim.Port() (the query port is sim.Port() + 1) ...
 //
 // Start() writes the script (engine line first) to a temporary file, picks two free consecutive
-// UDP ports on 127.0.0.1, runs $TALLYBOT_BINARY_DIR/bin/tallybot-gamesim and returns once it says
-// it listens (false after the deadline or when it exits; Output() says why). A port taken between
-// the pick and the bind is retried with new ports. Stop() (also the destructor) ends the process.
+// UDP ports on 127.0.0.1, runs $TALLYBOT_BINARY_DIR/bin/tallybot-gamesim (without the variable:
+// ../bin beside the test program) and returns once it says it listens (false after the deadline or
+// when it exits; Output() says why). A port taken between the pick and the bind is retried with new
+// ports. Stop() (also the destructor) ends the process.
 
 #include "tests/support/qt_wait.h"
 
