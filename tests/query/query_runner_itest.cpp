@@ -130,6 +130,19 @@ TEST_F(QueryRunnerTest, SilentServerStopsTheQuery) {
     EXPECT_FALSE(runner.Timer().isActive());
 }
 
+TEST_F(QueryRunnerTest, ScriptedMatchMovesOn) {
+    settings.Profiles.Entries[0].Advanced = 1; // keep the server's time text
+    GamesimProcess sim;
+    ASSERT_TRUE(sim.Start("Q3", std::string(kMatch) + "time 5:00\nat 0.3 score Alice 9\nat 0.3 time INTERMISSION\n"
+                                                      "at 0.3 leave Bob\n"))
+        << sim.Output();
+    StartQuery(sim.Port());
+    ASSERT_TRUE(WaitForLabel("ONLINE - Q3"));
+    EXPECT_TRUE(WaitUntil([&] {
+        return state.Status.ScoreTime == "INTERMISSION" && state.Players[1].Score == 9 && state.Status.NumPlayers == 1;
+    })) << state.Status.ScoreTime;
+}
+
 TEST_F(QueryRunnerTest, DatagramsFromAnotherPortAreDropped) {
     QUdpSocket server;
     QUdpSocket spoofer;
