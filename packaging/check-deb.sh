@@ -118,12 +118,13 @@ if [ -d /run/systemd/system ] && systemctl daemon-reload 2>/dev/null; then
     systemctl start tallybot.service
     use_systemd=1
 else
-    # No systemd as PID 1 here: the unit's ExecStart line, run as its user by hand.
+    # No systemd as PID 1 here: the unit's ExecStart line, run as its user by hand (setpriv execs,
+    # so the signal below reaches tallybot itself).
     step "systemd is not running; starting the unit's ExecStart as $user by hand"
     use_systemd=0
     cd /var/lib/tallybot
     # shellcheck disable=SC2086 # the unit's command line splits on blanks, as systemd does here
-    runuser -u "$user" -- $exec_start >"$work/bot.out" 2>"$work/bot.err" &
+    setpriv --reuid="$user" --regid="$user" --init-groups -- $exec_start >"$work/bot.out" 2>"$work/bot.err" &
     bot=$!
     cd - >/dev/null
 fi
