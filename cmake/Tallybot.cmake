@@ -38,9 +38,13 @@ function(tallybot_tests sub)
         add_executable(${target} ${sources})
         target_link_libraries(${target} PRIVATE ${ARG_DEPS} tallybot_test_support GTest::gtest GTest::gmock)
         set_target_properties(${target} PROPERTIES AUTOMOC ON)
+        if(kind STREQUAL "itest")
+            # Integration tests run the real programs.
+            add_dependencies(${target} tallybot tallybot-gamesim)
+        endif()
         gtest_discover_tests(${target}
             PROPERTIES LABELS ${label}
-                       ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TALLYBOT_SOURCE_DIR=${CMAKE_SOURCE_DIR};TALLYBOT_BINARY_DIR=${CMAKE_BINARY_DIR}"
+                       ENVIRONMENT QT_QPA_PLATFORM=offscreen
             DISCOVERY_TIMEOUT 60)
     endforeach()
 endfunction()

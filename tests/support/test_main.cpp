@@ -6,7 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 int main(int argc, char** argv) {
+    // Where the fixtures and the built programs are, unless the caller says otherwise.
+    setenv("TALLYBOT_SOURCE_DIR", TALLYBOT_DEFAULT_SOURCE_DIR, 0);
+    setenv("TALLYBOT_BINARY_DIR", TALLYBOT_DEFAULT_BINARY_DIR, 0);
     QCoreApplication app(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
