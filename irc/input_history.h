@@ -8,7 +8,7 @@
 namespace tallybot::irc {
 
 class InputHistory {
-  public:
+public:
     static constexpr int kSlots = 101;
 
     void Store(const std::string& text);
@@ -20,7 +20,7 @@ class InputHistory {
     int WriteIndex() const { return m_write; }
     const std::string& Slot(int index) const { return m_slots.at(static_cast<std::size_t>(index)); }
 
-  private:
+private:
     std::array<std::string, kSlots> m_slots{};
     int m_write = 0;
     int m_cursor = 0;

@@ -11,7 +11,7 @@
 namespace tallybot::irc {
 
 class LineFramer {
-  public:
+public:
     // One arrival yielding this many lines is the line table's overflow, a reported fault.
     static constexpr std::size_t kLineTable = 400;
     // An unterminated tail longer than this is dropped: no server line comes near it.
@@ -25,7 +25,7 @@ class LineFramer {
     Result Feed(std::string_view bytes);
     const std::string& Carry() const { return m_carry; }
 
-  private:
+private:
     std::string m_carry;
 };
 

@@ -30,7 +30,7 @@ enum SocketState : int {
 // What the core asks of the network. Three sockets: the server connection (sckServer), the
 // ident listener (sckIdent) and the DCC receive connection (sckDCC).
 class IrcTransport {
-  public:
+public:
     virtual ~IrcTransport() = default;
 
     // sckServer: asynchronous connect; the outcome arrives as OnServerConnected or OnServerError.
@@ -77,7 +77,7 @@ struct LocalTime {
 
 // Time is passed in: the core never reads a clock of its own.
 class IrcClock {
-  public:
+public:
     virtual ~IrcClock() = default;
     virtual std::uint32_t TickCount() const = 0;                 // milliseconds, wraps
     virtual LocalTime Now() const = 0;                           // local time now
@@ -87,7 +87,7 @@ class IrcClock {
 // The operator's answers to a DCC offer. The headless runner answers no to every question and
 // returns no file, so every offer is declined.
 class DccQuestions {
-  public:
+public:
     virtual ~DccQuestions() = default;
     // A yes/no question box; true for yes.
     virtual bool AskYesNo(const std::string& title, const std::string& text) = 0;
@@ -97,7 +97,7 @@ class DccQuestions {
 
 // Where DCC data goes. Paths are those ChooseSaveFile returned.
 class DccFileSink {
-  public:
+public:
     virtual ~DccFileSink() = default;
     virtual std::optional<std::uint64_t> FileLength(const std::string& path) = 0; // nothing if absent
     virtual bool Remove(const std::string& path) = 0;
@@ -108,7 +108,7 @@ class DccFileSink {
 
 // The core's entry points for socket events; the adapter calls these and nothing else.
 class IrcSocketEvents {
-  public:
+public:
     virtual ~IrcSocketEvents() = default;
 
     virtual void OnServerConnected() = 0;

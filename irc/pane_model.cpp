@@ -29,7 +29,7 @@ int ReadDigits(const std::string& text, std::size_t& pos, int& value) {
 }
 
 class RunBuilder {
-  public:
+public:
     explicit RunBuilder(Colour base) { m_current.Foreground = base; }
     PaneRun& Attributes() { return m_current; }
     void Put(char c) {
@@ -41,7 +41,7 @@ class RunBuilder {
     }
     std::vector<PaneRun> Take() { return std::move(m_runs); }
 
-  private:
+private:
     static bool SameAttributes(const PaneRun& a, const PaneRun& b) {
         return a.Foreground == b.Foreground && a.Background == b.Background && a.Bold == b.Bold &&
                a.Underline == b.Underline;

@@ -97,7 +97,7 @@ struct IrcView {
 };
 
 class uscIRC final : public IrcSocketEvents {
-  public:
+public:
     // questions and files may be null: every DCC offer is then declined.
     uscIRC(IrcTransport& transport, const IrcClock& clock, DccQuestions* questions = nullptr,
            DccFileSink* files = nullptr);
@@ -157,7 +157,7 @@ class uscIRC final : public IrcSocketEvents {
 
     static constexpr std::size_t kPaneLimit = 2000; // older lines leave the model
 
-  private:
+private:
     // Line handling (usc_irc_lines.cpp, usc_irc_numerics.cpp, usc_irc_ctcp.cpp, usc_irc_dcc.cpp).
     void HandleNumeric(const IrcLine& l, int numeric);
     void HandleCommand(const IrcLine& l);

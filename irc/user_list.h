@@ -16,7 +16,7 @@ struct UserEntry {
 };
 
 class UserList {
-  public:
+public:
     // A name as reply 353 gives it; a leading "@" or "+" becomes the mark.
     void Add(std::string_view name);
     bool Remove(std::string_view nick);
@@ -30,7 +30,7 @@ class UserList {
     // A hostile NAMES flood cannot grow the list without end.
     static constexpr std::size_t kLimit = 10000;
 
-  private:
+private:
     std::vector<UserEntry> m_entries;
 };
 

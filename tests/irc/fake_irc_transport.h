@@ -13,7 +13,7 @@
 namespace tallybot::irc::testing {
 
 class FakeTransport : public IrcTransport {
-  public:
+public:
     std::vector<std::string> sent; // each ServerSend call
     int serverState = kSockConnected;
     int identState = kSockClosed;
@@ -59,7 +59,7 @@ class FakeTransport : public IrcTransport {
 };
 
 class FakeClock : public IrcClock {
-  public:
+public:
     std::uint32_t ticks = 123456;
     LocalTime now{2026, 11, 22, 0, 9, 5, 7}; // Sun Nov 22 09:05:07 2026
     std::uint32_t TickCount() const override { return ticks; }
@@ -87,7 +87,7 @@ class FakeClock : public IrcClock {
 };
 
 class ScriptedQuestions : public DccQuestions {
-  public:
+public:
     std::deque<bool> answers; // popped per question; no answer left means no
     std::optional<std::string> chosen = "/downloads/file.bin";
     std::vector<std::string> asked; // "title|text"
@@ -106,7 +106,7 @@ class ScriptedQuestions : public DccQuestions {
 };
 
 class MemoryFiles : public DccFileSink {
-  public:
+public:
     std::map<std::string, std::string> files;
     std::string open;
     bool closed = true;
