@@ -28,6 +28,7 @@ frmOptions::frmOptions(app::AppSettings& settings, MessageBoxes& boxes, QWidget*
     setObjectName("frmOptions");
     setWindowTitle("Options");
     if (m_settings.KeepOnTop == 1) setWindowFlag(Qt::WindowStaysOnTopHint);
+    m_tabs->setParent(this); // so findChild reaches the pages before the layout exists
     m_tabs->setObjectName("sstOptions");
     m_validator = new BoxValidator(*m_tabs, m_boxes, this);
     m_modifiers = new frmModifiers(m_settings, this);

@@ -41,6 +41,7 @@ frmProfiles::frmProfiles(app::AppSettings& settings, MessageBoxes& boxes, QWidge
       m_tabs(Named(new QTabWidget, "sstDetails")) {
     setObjectName("frmProfiles");
     setWindowTitle("Game profiles");
+    m_tabs->setParent(this); // so findChild reaches the pages before the layout exists
     if (m_settings.KeepOnTop == 1) setWindowFlag(Qt::WindowStaysOnTopHint);
     m_validator = new BoxValidator(*m_tabs, m_boxes, this);
     m_modifiers = new frmModifiers(m_settings, this);

@@ -1,0 +1,230 @@
+// The options dialog against the settings record: OK, Cancel, the short-server-info quirk, the
+// number conversions, the colour boxes, the previews, field validation and the placeholder picker.
+#include "app/app_settings.h"
+#include "desktop/box_validation.h"
+#include "desktop/frm_modifiers.h"
+#include "desktop/frm_options.h"
+#include "desktop/irc_palette.h"
+#include "tests/gui/fake_message_boxes.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QFocusEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTextBlock>
+#include <QTextEdit>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+
+namespace tallybot::guitest {
+namespace {
+
+using desktop::frmOptions;
+
+struct OptionsFixture : ::testing::Test {
+    app::AppSettings settings;
+    FakeMessageBoxes boxes;
+
+    QLineEdit* Box(frmOptions& dlg, const char* name) { return dlg.findChild<QLineEdit*>(name); }
+    QCheckBox* Check(frmOptions& dlg, const char* name) { return dlg.findChild<QCheckBox*>(name); }
+    void Click(QWidget& dlg, const QString& name) { dlg.findChild<QAbstractButton*>(name)->click(); }
+};
+
+TEST_F(OptionsFixture, CancelLeavesTheRecordAsItWas) {
+    const app::AppSettings before = settings;
+    frmOptions dlg(settings, boxes);
+    Check(dlg, "chkMinToTray")->setChecked(false);
+    Box(dlg, "txtIRCRealName")->setText("changed");
+    Box(dlg, "txtGamQueryTime")->setText("2000");
+    Click(dlg, "cmdCancel");
+    EXPECT_EQ(dlg.result(), QDialog::Rejected);
+    EXPECT_EQ(settings.MinToTray, before.MinToTray);
+    EXPECT_EQ(settings.RealName, before.RealName);
+    EXPECT_EQ(settings.QueryTime, before.QueryTime);
+}
+
+TEST_F(OptionsFixture, OkStoresTextsNumbersAndFlags) {
+    frmOptions dlg(settings, boxes);
+    Check(dlg, "chkKeepOnTop")->setChecked(true);
+    Check(dlg, "chkCommandParameter")->setChecked(true);
+    Box(dlg, "txtIRCRealName")->setText("Tally Bot");
+    Box(dlg, "txtOnJoinMsg")->setText("Hello \x02there");
+    Box(dlg, "txtGamQueryTime")->setText("1500");
+    Box(dlg, "txtIRCSendDelay")->setText("255");
+    Box(dlg, "txtDefGamPort")->setText("2.7e4");
+    Click(dlg, "cmdOK");
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
+    EXPECT_TRUE(boxes.shown.empty());
+    EXPECT_EQ(settings.KeepOnTop, 1);
+    EXPECT_EQ(settings.CommandParameter, 1);
+    EXPECT_EQ(settings.RealName, "Tally Bot");
+    EXPECT_EQ(settings.OnJoinMessage, "Hello \x02there");
+    EXPECT_EQ(settings.QueryTime, 1500);
+    EXPECT_EQ(settings.SendDelay, 255);
+    EXPECT_EQ(settings.DefaultPort, 27000);
+}
+
+// The short-info box lands in AllowServInfo after the server-info box; AllowSServerInfo never moves.
+TEST_F(OptionsFixture, ShortServerInfoBoxWinsAllowServInfo) {
+    for (const bool shortOn : {true, false}) {
+        settings.AllowServInfo = 1;
+        settings.AllowSServerInfo = 0;
+        frmOptions dlg(settings, boxes);
+        EXPECT_FALSE(Check(dlg, "chkAllowShortServInfo")->isChecked()); // shown from AllowSServerInfo
+        Check(dlg, "chkAllowServerInfo")->setChecked(!shortOn);
+        Check(dlg, "chkAllowShortServInfo")->setChecked(shortOn);
+        ASSERT_TRUE(dlg.Confirm());
+        EXPECT_EQ(settings.AllowServInfo, shortOn ? 1 : 0);
+        EXPECT_EQ(settings.AllowSServerInfo, 0);
+    }
+}
+
+TEST_F(OptionsFixture, NumbersThatDoNotFitTheirSettingChangeNothing) {
+    struct Case {
+        const char* box;
+        const char* text;
+    };
+    for (const Case c : {Case{"txtIRCSendDelay", "256"}, Case{"txtGamQueryTime", "-40000"}}) {
+        const app::AppSettings before = settings;
+        frmOptions dlg(settings, boxes);
+        Box(dlg, "txtIRCRealName")->setText("someone else");
+        Box(dlg, c.box)->setText(c.text);
+        boxes.shown.clear();
+        EXPECT_FALSE(dlg.Confirm()) << c.box;
+        EXPECT_EQ(boxes.shown.size(), 1u);
+        EXPECT_EQ(settings.RealName, before.RealName);
+        EXPECT_EQ(settings.SendDelay, before.SendDelay);
+        EXPECT_EQ(settings.QueryTime, before.QueryTime);
+    }
+}
+
+TEST_F(OptionsFixture, ColourBoxesStoreLabelPaddedAndValueUnpadded) {
+    settings.ExtTextCol = "\x03"
+                          "04";
+    frmOptions dlg(settings, boxes);
+    EXPECT_TRUE(dlg.findChild<QToolButton*>("picExtTextCol(4)")->isChecked());
+    EXPECT_TRUE(dlg.findChild<QToolButton*>("picInfoTextCol(2)")->isChecked());
+    Click(dlg, "picExtTextCol(5)");
+    Click(dlg, "picInfoTextCol(5)");
+    ASSERT_TRUE(dlg.Confirm());
+    EXPECT_EQ(settings.ExtTextCol, "\x03"
+                                   "05");
+    EXPECT_EQ(settings.InfoTextCol, "\x03"
+                                    "5");
+}
+
+QColor ColourAt(QTextEdit& box, int position) {
+    QTextCursor cursor(box.document());
+    cursor.setPosition(position + 1);
+    return cursor.charFormat().foreground().color();
+}
+
+TEST_F(OptionsFixture, PreviewPaintsTheExpandedTemplateInTheChosenColours) {
+    frmOptions dlg(settings, boxes);
+    Click(dlg, "picExtTextCol(12)");
+    Click(dlg, "picInfoTextCol(3)");
+    Box(dlg, "txtOnJoinMsg")->setText("$ec$Map:$ic$ %map% \x02" "bold");
+    auto* preview = dlg.findChild<QTextEdit*>("rtfOnJoinPreview");
+    EXPECT_EQ(preview->toPlainText(), "Map: q3wctf2 bold");
+    EXPECT_EQ(ColourAt(*preview, 0), desktop::PreviewColour(12));
+    EXPECT_EQ(ColourAt(*preview, 5), desktop::PreviewColour(3));
+    QTextCursor bold(preview->document());
+    bold.setPosition(15);
+    EXPECT_EQ(bold.charFormat().fontWeight(), QFont::Bold);
+    EXPECT_EQ(settings.ExtTextCol, "\x03"
+                                   "10"); // nothing stored before OK
+}
+
+// Leaving a box: the refusal text, the page the tab strip turns to, the focus back in the box.
+struct ValidationCase {
+    const char* box;
+    const char* text;
+    const char* message; // empty: accepted
+    int page;
+};
+
+class OptionsValidation : public OptionsFixture, public ::testing::WithParamInterface<ValidationCase> {};
+
+TEST_P(OptionsValidation, LeavingTheBox) {
+    const auto& c = GetParam();
+    frmOptions dlg(settings, boxes);
+    dlg.show();
+    auto* tabs = dlg.findChild<QTabWidget*>("sstOptions");
+    tabs->setCurrentIndex(0);
+    auto* box = Box(dlg, c.box);
+    box->setText(c.text);
+    QFocusEvent leave(QEvent::FocusOut, Qt::TabFocusReason);
+    QApplication::sendEvent(box, &leave);
+    if (*c.message == '\0') {
+        EXPECT_TRUE(boxes.shown.empty()) << boxes.LastText();
+        EXPECT_EQ(tabs->currentIndex(), 0);
+        return;
+    }
+    ASSERT_EQ(boxes.shown.size(), 1u);
+    EXPECT_EQ(boxes.shown[0].text, c.message);
+    EXPECT_EQ(boxes.shown[0].title, "Invalid entry");
+    EXPECT_EQ(tabs->currentIndex(), c.page);
+    EXPECT_EQ(dlg.focusWidget(), box);
+    EXPECT_EQ(box->text(), c.text); // left as typed
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Boxes, OptionsValidation,
+    ::testing::Values(
+        ValidationCase{"txtGamQueryTime", "32000", "", 0},
+        ValidationCase{"txtGamQueryTime", "32001",
+                       "You did not enter a valid number. Please enter a valid value up to 32000.", 2},
+        ValidationCase{"txtGamQueryTime", "", "You left the textbox empty. Please enter a value.", 2},
+        ValidationCase{"txtIRCSendDelay", "1x", "You did not enter a valid number. Please enter a valid value.", 2},
+        ValidationCase{"txtDefGamPort", "0", "", 0},
+        ValidationCase{"txtDefGamPort", "port", "You did not enter a valid number. Please enter a valid value.", 2},
+        ValidationCase{"txtIRCRealName", "12345", "You did not enter a valid text. Please enter a text.", 1},
+        ValidationCase{"txtIRCRealName", "abc1", "", 0},
+        ValidationCase{"txtIRCIdentEmail", "", "You left the textbox empty. Please enter a text.", 1}));
+
+TEST_F(OptionsFixture, OkRefusesAnInvalidBoxAndStoresNothing) {
+    frmOptions dlg(settings, boxes);
+    Box(dlg, "txtIRCRealName")->setText("99");
+    Box(dlg, "txtGamQueryTime")->setText("2500");
+    Click(dlg, "cmdOK");
+    EXPECT_NE(dlg.result(), QDialog::Accepted);
+    EXPECT_EQ(boxes.LastText(), "You did not enter a valid text. Please enter a text.");
+    EXPECT_EQ(settings.QueryTime, 1000);
+    EXPECT_EQ(dlg.findChild<QTabWidget*>("sstOptions")->currentIndex(), 1);
+}
+
+TEST_F(OptionsFixture, PickerInsertsAtTheCaretReplacingTheSelection) {
+    frmOptions dlg(settings, boxes);
+    auto* notice = Box(dlg, "txtNoticeMsg");
+    notice->setText("Welcome to map");
+    notice->setCursorPosition(11);
+    Click(dlg, "cmdNoticeModifiers");
+    auto& picker = dlg.Modifiers();
+    ASSERT_EQ(picker.List().count(), 22);
+    EXPECT_EQ(picker.List().item(6)->text(), "%map% - Mapname");
+    picker.Choose(6);
+    EXPECT_EQ(notice->text(), "Welcome to %map%map");
+    notice->setSelection(0, 7);
+    picker.Choose(21);
+    EXPECT_EQ(notice->text(), "#fca# to %map%map");
+    picker.close();
+}
+
+TEST_F(OptionsFixture, PickerOpensWhereItWasClosed) {
+    settings.ModWinLeft = 123;
+    settings.ModWinTop = 77;
+    frmOptions dlg(settings, boxes);
+    dlg.ShowModifiers(Box(dlg, "txtOnJoinMsg"));
+    EXPECT_EQ(dlg.Modifiers().pos(), QPoint(123, 77));
+    dlg.Modifiers().move(210, 160);
+    dlg.Modifiers().close();
+    EXPECT_EQ(settings.ModWinLeft, 210);
+    EXPECT_EQ(settings.ModWinTop, 160);
+}
+
+} // namespace
+} // namespace tallybot::guitest
