@@ -22,11 +22,11 @@ for b in "$build"/bench/*_bench; do
         status=1
     fi
     # The CSV header names the columns; user counters (p50_us, p99_us) come after the standard ones.
-    awk -F, '
+    awk -F, -v prog="$(basename "$b" _bench)" '
         /^name,/ { for (i = 1; i <= NF; ++i) { h = $i; gsub(/"/, "", h); col[h] = i }; next }
         !("name" in col) || $1 == "" { next }
         {
-            name = $1; gsub(/"/, "", name)
+            name = $1; gsub(/"/, "", name); sub(/^BM_/, "", name); name = prog ": " name
             if (col["error_occurred"] && $col["error_occurred"] == "true") {
                 msg = $col["error_message"]; gsub(/"/, "", msg)
                 printf "%-58s %16s %14s\n", name, "skipped:", msg; next
@@ -38,8 +38,8 @@ for b in "$build"/bench/*_bench; do
             if (rate == "" && s > 0) rate = 1 / s
             printf "%-58s %16.0f %11.3f %s\n", name, rate, t, unit
             if (col["p50_us"] && $col["p50_us"] != "") {
-                printf "%-58s %16s %11.1f us\n", "  " name " median", "", $col["p50_us"]
-                printf "%-58s %16s %11.1f us\n", "  " name " 99th percentile", "", $col["p99_us"]
+                printf "%-58s %16s %11.1f us\n", prog ": median", "", $col["p50_us"]
+                printf "%-58s %16s %11.1f us\n", prog ": 99th percentile", "", $col["p99_us"]
             }
         }' "$out"
     rm -f "$out"
