@@ -1,7 +1,9 @@
 // One reply to its engine's parser, then the team scores.
 
 #include "app/error_trap.h"
+#include "query/a2s_parser.h"
 #include "query/parsers.h"
+#include "query/query_extras.h"
 #include "query/team_scores.h"
 
 namespace tallybot::query {
@@ -51,6 +53,8 @@ Entry EntryOf(int engineId) {
         return ParseFCReply;
     case kEngineD3:
         return ParseD3Reply;
+    case kEngineA2S: // [Extras] A2SQuery: the cycle only reaches it with the switch on
+        return ParseA2SReply;
     default:
         return nullptr; // unknown or pending: nothing to parse yet
     }

@@ -4,6 +4,7 @@
 #include "app/error_trap.h"
 #include "app/vb_convert.h"
 #include "query/query_cycle_packets.h"
+#include "query/server_address.h"
 
 #include <cmath>
 #include <exception>
@@ -27,7 +28,7 @@ template <class Body> void Trapped(QueryHost& host, const char* procedure, Body&
 }
 
 bool IsThreeStepEngine(int engineId) {
-    return engineId == kEngineHL || engineId == kEngineUT2k3 || engineId == kEngineFC;
+    return engineId == kEngineHL || engineId == kEngineUT2k3 || engineId == kEngineFC || engineId == kEngineA2S;
 }
 
 } // namespace
@@ -54,7 +55,10 @@ void QueryCycle::cmdGamQuery_Click() {
 }
 
 void QueryCycle::Start() {
+    m_extras = QueryExtrasOf(m_settings.Extras);
+    m_a2s.Reset();
     std::string& field = m_view.cmbGamServerText;
+    if (m_extras.IPv6 && StartIPv6(field)) return; // [Extras] IPv6: "[::1]:27960", "::1"
     if (field.find(':') == std::string::npos) field += ":" + vb::CStr(m_settings.DefaultPort);
     const std::size_t colon = field.find(':');
     const std::string host = field.substr(0, colon);
@@ -151,14 +155,13 @@ void QueryCycle::tmrGamQuery_Timer() {
     });
     statement([&] {
         const std::string& field = m_view.cmbGamServerText;
-        const std::size_t colon = field.find(':');
-        const double port =
-            vb::Val(colon == std::string::npos ? std::string_view{} : std::string_view(field).substr(colon + 1));
+        const double port = vb::Val(ServerFieldPortText(field, m_extras.IPv6));
         if (m_socket) m_socket->SetRemotePort(vb::CLng(port + m_state.QueryPortOffset));
     });
     const auto send = [&](int engineId) {
         statement([&] {
-            const std::string packet = BuildQuery(engineId, m_state.QueryStep);
+            const std::string packet =
+                engineId == kEngineA2S ? m_a2s.NextRequest(m_state.QueryStep) : BuildQuery(engineId, m_state.QueryStep);
             if (m_socket) m_socket->SendData(packet);
         });
     };
@@ -166,6 +169,11 @@ void QueryCycle::tmrGamQuery_Timer() {
         // Every engine in order; HL, UT2k3 and FC get whatever steps the shared counter gives them.
         for (int engineId = 1; engineId <= kEngineCount; ++engineId)
             send(engineId);
+        // [Extras] A2SQuery: the A2S info request after the classic seventeen.
+        if (m_extras.A2SQuery)
+            statement([&] {
+                if (m_socket) m_socket->SendData(m_a2s.ProbeRequest());
+            });
     } else if (m_state.EngineId == kEnginePending) {
         send(kEngineUT);
         send(kEngineUT2k3);
@@ -205,7 +213,7 @@ void QueryCycle::sckGamServ_DataArrival(std::string_view datagram, const LocalDa
     }
     m_missedReplies = 0;
     if (m_state.EngineId == kEngineUnknown || m_state.EngineId == kEnginePending) {
-        app::ResumeNext([&] { DetectEngine(datagram, m_state); });
+        app::ResumeNext([&] { DetectEngineWithExtras(datagram, m_state, m_extras); });
         m_justDetected = true;
     }
     if (m_settings.DoLog == 1) WriteToDataLog(datagram, now);
@@ -216,7 +224,7 @@ void QueryCycle::sckGamServ_DataArrival(std::string_view datagram, const LocalDa
     if (profile.AutoTeams != 1) m_view.cmdAssignPlayersEnabled = true;
 
     if (m_justDetected) {
-        m_view.lblQueryStatusCaption = "ONLINE - " + EngineCode(m_state.EngineId);
+        m_view.lblQueryStatusCaption = "ONLINE - " + EngineCodeWithExtras(m_state.EngineId, m_extras);
         m_view.lblQueryStatusColour = kColourOnline;
         app::ResumeNext([&] { m_host.SelectProfile(); });
         m_justDetected = false;
@@ -266,6 +274,9 @@ void QueryCycle::Dispatch(std::string_view reply) {
     case kEngineD3:
         app::ResumeNext([&] { m_host.ParseReply(engineId, reply); });
         refreshAndCheck();
+        return;
+    case kEngineA2S:
+        DispatchA2S(reply);
         return;
     default:
         return; // unknown or pending: no parser

@@ -4,9 +4,11 @@
 // the handler methods, requests go out through QuerySocket, everything the reply touches beyond
 // the engine bookkeeping goes through QueryHost, and the window mirrors QueryView.
 
+#include "query/a2s_exchange.h"
 #include "query/game_data_log.h"
 #include "query/game_state.h"
 #include "query/query_cycle_io.h"
+#include "query/query_extras.h"
 
 #include <cstdint>
 #include <string>
@@ -64,6 +66,8 @@ public:
     bool SocketErrorSeen() const { return m_socketErrorSeen; }
     const std::string& ReplyBuffer() const { return m_replyBuffer; }
     const GameDataLog& DataLog() const { return m_dataLog; }
+    // The [Extras] switches in force, taken from the settings at every Start.
+    const QueryExtras& Extras() const { return m_extras; }
 
 private:
     void Start();
@@ -73,6 +77,9 @@ private:
     void TrapRoundError(long number, const std::string& description);
     void WriteToDataLog(std::string_view reply, const LocalDateTime& now);
     void Dispatch(std::string_view reply);
+    // [Extras] additions, in query_cycle_extras.cpp.
+    bool StartIPv6(std::string& field);
+    void DispatchA2S(std::string_view datagram);
 
     QueryView& m_view;
     GameState& m_state;
@@ -88,6 +95,8 @@ private:
     std::string m_replyBuffer;
     int m_resolveTicket = 0; // the name lookup whose answer may still start the query
     int m_roundDepth = 0;    // rounds on the stack: a restart from a round's trap waits for the timer
+    QueryExtras m_extras;
+    A2SExchange m_a2s;
 };
 
 } // namespace tallybot::query

@@ -36,6 +36,18 @@ long ErrorNumber(QAbstractSocket::SocketError error) {
     }
 }
 
+// The wildcard address of the remote host's family: IPv4 unless the host is an IPv6 address.
+QHostAddress BindAddress(const QHostAddress& remote) {
+    return QHostAddress(remote.protocol() == QAbstractSocket::IPv6Protocol ? QHostAddress::AnyIPv6
+                                                                           : QHostAddress::AnyIPv4);
+}
+
+std::string FirstIPv6(const QHostInfo& info) {
+    for (const QHostAddress& a : info.addresses())
+        if (a.protocol() == QAbstractSocket::IPv6Protocol) return a.toString().toStdString();
+    return {};
+}
+
 LocalDateTime Now() {
     const QDateTime now = QDateTime::currentDateTime();
     const QDate d = now.date();
@@ -75,6 +87,10 @@ void QueryRunner::Sync() {
 
 void QueryRunner::SetRemoteHost(const std::string& address) {
     m_remoteHost = QHostAddress(QString::fromLatin1(address.data(), static_cast<qsizetype>(address.size())));
+    // [Extras] IPv6: a socket bound for the other address family is bound afresh by the next send.
+    if (m_socket.state() == QAbstractSocket::BoundState &&
+        m_socket.localAddress().protocol() != BindAddress(m_remoteHost).protocol())
+        m_socket.abort();
 }
 
 void QueryRunner::SetRemotePort(long port) {
@@ -83,7 +99,7 @@ void QueryRunner::SetRemotePort(long port) {
 }
 
 void QueryRunner::SendData(std::string_view datagram) {
-    if (m_socket.state() != QAbstractSocket::BoundState && !m_socket.bind(QHostAddress(QHostAddress::AnyIPv4), 0))
+    if (m_socket.state() != QAbstractSocket::BoundState && !m_socket.bind(BindAddress(m_remoteHost), 0))
         throw vb::VbError(ErrorNumber(m_socket.error()), m_socket.errorString().toStdString());
     m_sending = true;
     const qint64 sent =
@@ -102,6 +118,8 @@ void QueryRunner::AddrByName(const std::string& name, int ticket) {
                                       break;
                                   }
                               }
+                              // [Extras] IPv6: a name with no IPv4 address may use its IPv6 one.
+                              if (address.empty() && m_cycle.Extras().IPv6) address = FirstIPv6(info);
                               m_cycle.AddressResolved(ticket, address);
                               Sync();
                               emit Changed();
