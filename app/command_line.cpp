@@ -60,7 +60,11 @@ std::string UsageText() {
 std::string ResolveHomeFolder(const std::string& explicitHome, const std::string& programFolder,
                               const std::string& xdgConfigHome, const std::string& userHome) {
     if (!explicitHome.empty()) return explicitHome;
-    if (!programFolder.empty() && access(programFolder.c_str(), W_OK) == 0) return programFolder;
+    // An installed program (with share/tallybot beside its bin folder) never writes into bin/.
+    std::error_code ec;
+    const bool installed = !programFolder.empty() &&
+                           fs::is_directory(fs::path(programFolder) / ".." / "share" / "tallybot", ec);
+    if (!installed && !programFolder.empty() && access(programFolder.c_str(), W_OK) == 0) return programFolder;
     if (!xdgConfigHome.empty()) return (fs::path(xdgConfigHome) / "tallybot").string();
     return (fs::path(userHome) / ".config" / "tallybot").string();
 }

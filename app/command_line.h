@@ -22,7 +22,8 @@ CommandLine ParseCommandLine(const std::vector<std::string>& args); // args with
 std::string UsageText();
 
 // The folder that holds Tallybot.ini, Profiles/ and Tallybot.log: --home when given, else the
-// program's folder when writable, else $XDG_CONFIG_HOME/tallybot (~/.config/tallybot).
+// program's folder when writable and not an installed bin/ folder, else $XDG_CONFIG_HOME/tallybot
+// (~/.config/tallybot).
 std::string ResolveHomeFolder(const std::string& explicitHome, const std::string& programFolder,
                               const std::string& xdgConfigHome, const std::string& userHome);
 // Creates the folder and, when it has no Profiles/ yet, copies the shipped profiles from the first

@@ -1,0 +1,82 @@
+#include "app/command_line.h"
+#include "app/remote_message.h"
+#include "tests/app/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace tallybot::app {
+namespace {
+
+struct CommandLineCase {
+    std::vector<std::string> args;
+    CommandLine expected;
+};
+
+CommandLine Line(std::string home, bool headless, bool send, std::string command, std::string error = {}) {
+    CommandLine line;
+    line.home = std::move(home);
+    line.headless = headless;
+    line.send = send;
+    line.command = std::move(command);
+    line.error = std::move(error);
+    return line;
+}
+
+TEST(CommandLineTest, ParsesEveryForm) {
+    const std::vector<CommandLineCase> cases = {
+        {{}, Line("", false, false, "")},
+        {{"--headless"}, Line("", true, false, "")},
+        {{"--home", "/srv/tb", "--headless", "ConGam:1.2.3.4:27960"}, Line("/srv/tb", true, false, "ConGam:1.2.3.4:27960")},
+        {{"--home=/srv/tb", "--send", "DisGam"}, Line("/srv/tb", false, true, "DisGam")},
+        {{"ConIRC:irc.example.org:6667:#a", "b"}, Line("", false, false, "ConIRC:irc.example.org:6667:#a b")},
+        {{"--send"}, Line("", false, true, "", "--send needs a command such as DisGam")},
+        {{"--home"}, Line("", false, false, "", "--home needs a folder")},
+        {{"--frobnicate"}, Line("", false, false, "", "unknown option --frobnicate")},
+    };
+    for (const auto& c : cases) EXPECT_EQ(ParseCommandLine(c.args), c.expected) << ::testing::PrintToString(c.args);
+}
+
+TEST(CommandLineTest, HomeFolderChoice) {
+    test::TempFolder program;
+    EXPECT_EQ(ResolveHomeFolder("/given", program.Slash(), "/xdg", "/home/u"), "/given");
+    EXPECT_EQ(ResolveHomeFolder("", program.Slash(), "/xdg", "/home/u"), program.Slash());
+    EXPECT_EQ(ResolveHomeFolder("", "/nonexistent-folder", "/xdg", "/home/u"), "/xdg/tallybot");
+    EXPECT_EQ(ResolveHomeFolder("", "/nonexistent-folder", "", "/home/u"), "/home/u/.config/tallybot");
+
+    // An installed bin/ folder is never the home, even when writable.
+    std::filesystem::create_directories(program.File("bin"));
+    std::filesystem::create_directories(program.File("share/tallybot"));
+    EXPECT_EQ(ResolveHomeFolder("", program.File("bin"), "/xdg", "/home/u"), "/xdg/tallybot");
+}
+
+TEST(CommandLineTest, FirstRunCopiesShippedProfilesOnce) {
+    test::TempFolder root;
+    std::filesystem::create_directories(root.File("shipped"));
+    test::WriteBytes(root.File("shipped/Default.igp"), "[Game]\r\nEngine=0\r\n");
+    test::WriteBytes(root.File("shipped/notes.txt"), "x");
+
+    const std::string home = PrepareHomeFolder(root.File("home"), {root.File("missing"), root.File("shipped")});
+    EXPECT_EQ(home, root.File("home") + "/");
+    EXPECT_EQ(test::ReadBytes(root.File("home/Profiles/Default.igp")), "[Game]\r\nEngine=0\r\n");
+    EXPECT_FALSE(std::filesystem::exists(root.File("home/Profiles/notes.txt")));
+
+    // The operator's own edits survive later starts.
+    test::WriteBytes(root.File("home/Profiles/Default.igp"), "edited");
+    PrepareHomeFolder(root.File("home"), {root.File("shipped")});
+    EXPECT_EQ(test::ReadBytes(root.File("home/Profiles/Default.igp")), "edited");
+}
+
+TEST(RemoteMessageTest, OnlyIdentifierThreeCarriesACommandCutAtZeroAnd255Bytes) {
+    EXPECT_EQ(DecodeRemoteMessage(EncodeRemoteMessage("DisGam")), "DisGam");
+    EXPECT_EQ(DecodeRemoteMessage(std::string("\x03" "ConGam\0junk", 12)), "ConGam");
+    EXPECT_EQ(DecodeRemoteMessage(EncodeRemoteMessage("DisGam", 4)), std::nullopt);
+    EXPECT_EQ(DecodeRemoteMessage(""), std::nullopt);
+    const std::string longText(300, 'x');
+    EXPECT_EQ(DecodeRemoteMessage("\x03" + longText)->size(), 255u);
+    EXPECT_EQ(EncodeRemoteMessage(longText).size(), 256u);
+}
+
+} // namespace
+} // namespace tallybot::app
