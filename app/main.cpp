@@ -1,8 +1,11 @@
 // Entry point: the command line, the home folder, then the window or the headless runner.
 #include "app/command_line.h"
 #include "app/qt/app_runtime.h"
+#include "app/qt/frm_main.h"
+#include "app/qt/frm_main_shell.h"
 #include "app/qt/headless_runner.h"
 #include "app/qt/headless_shell.h"
+#include "desktop/message_boxes.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -13,7 +16,6 @@
 
 #include <QApplication>
 #include <QCoreApplication>
-#include <QLabel>
 
 namespace {
 
@@ -31,10 +33,11 @@ std::vector<std::string> ProfileSources(const std::string& programFolder) {
 }
 
 int RunInstance(const CommandLine& line, const std::string& home, const std::string& programFolder) {
-    HeadlessShell shell; // the window brings its own dialogs
+    HeadlessShell shell;
+    FrmMainShell windowShell;
     StartupOptions options;
     options.home = PrepareHomeFolder(home, ProfileSources(programFolder));
-    options.shell = &shell;
+    options.shell = line.headless ? static_cast<OperatorShell*>(&shell) : &windowShell;
     options.facts = CollectSystemFacts();
     options.commandLine = line.command;
 
@@ -46,13 +49,19 @@ int RunInstance(const CommandLine& line, const std::string& home, const std::str
         runner.Start(line.command);
         return QCoreApplication::exec();
     }
-    // Until the main window exists: a placeholder that shows the caption and quits normally.
     if (!runtime.Start(options)) std::fprintf(stderr, "tallybot: remote control unavailable for this home\n");
-    QLabel window(QString::fromLatin1(runtime.Logic().View().Caption.c_str()));
-    window.setObjectName("frmMain");
-    window.setMinimumSize(320, 120);
+    tallybot::desktop::QtMessageBoxes boxes;
+    frmMain window(runtime.Logic(), boxes);
+    QObject::connect(&runtime, &AppRuntime::ViewChanged, &window, [&window] { window.Refresh(); });
+    // The window may hide in the tray while a dialog closes: only the window's own close ends the run.
+    QApplication::setQuitOnLastWindowClosed(false);
+    window.CloseRequested = [&runtime] {
+        runtime.Shutdown();
+        QCoreApplication::quit();
+    };
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, &runtime, [&runtime] { runtime.Shutdown(); });
-    window.show();
+    window.Form_Activate();
+    ScheduleScreenshot(window);
     if (!line.command.empty()) runtime.Logic().HandleRemote(line.command);
     return QApplication::exec();
 }

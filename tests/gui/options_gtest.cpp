@@ -127,7 +127,9 @@ TEST_F(OptionsFixture, PreviewPaintsTheExpandedTemplateInTheChosenColours) {
     frmOptions dlg(settings, boxes);
     Click(dlg, "picExtTextCol(12)");
     Click(dlg, "picInfoTextCol(3)");
-    Box(dlg, "txtOnJoinMsg")->setText("$ec$Map:$ic$ %map% \x02" "bold");
+    Box(dlg, "txtOnJoinMsg")
+        ->setText("$ec$Map:$ic$ %map% \x02"
+                  "bold");
     auto* preview = dlg.findChild<QTextEdit*>("rtfOnJoinPreview");
     EXPECT_EQ(preview->toPlainText(), "Map: q3wctf2 bold");
     EXPECT_EQ(ColourAt(*preview, 0), desktop::PreviewColour(12));
