@@ -14,7 +14,9 @@
 #include "query/byte_reader.h"
 #include "query/parsers.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <optional>
 
 namespace tallybot::query {
 
@@ -78,20 +80,22 @@ void ParseA2SPlayers(std::string_view reply, GameState& state) {
 void ParseA2SRules(std::string_view reply, ServerStatus& status) {
     ByteReader reader(reply);
     reader.Skip(7); // header and rule count
+    std::optional<std::int16_t> fragLimit;
     while (!reader.Empty()) {
         const std::string key = LowerAscii(reader.Text());
         const std::string_view value = reader.Text();
         if (key == "mp_timelimit") {
             app::ResumeNext([&] { status.TimeLimit = vb::CByte(vb::Val(value)); });
         } else if (key == "mp_fraglimit" || key == "mp_winlimit") {
-            if (key == "mp_fraglimit" || status.FragLimit == 0)
-                app::ResumeNext([&] { status.FragLimit = vb::CInt(vb::Val(value)); });
+            // Games set one of the two and leave the other 0: the one that is set counts.
+            app::ResumeNext([&] { fragLimit = std::max(fragLimit.value_or(0), vb::CInt(vb::Val(value))); });
         } else if (key == "tf_flag_caps_per_round") {
             app::ResumeNext([&] { status.CaptureLimit = vb::CInt(vb::Val(value)); });
         } else if (key == "mp_timeleft") {
             status.ScoreTime = value;
         }
     }
+    if (fragLimit) status.FragLimit = *fragLimit;
 }
 
 } // namespace
