@@ -1,0 +1,33 @@
+#include "irc/irc_extras_options.h"
+
+#include "app/extras_settings.h"
+
+#include <cctype>
+
+namespace tallybot::irc {
+
+std::string NormalizePin(std::string_view text) {
+    std::string hex;
+    for (char c : text) {
+        if (c == ':' || c == ' ') continue;
+        if (!std::isxdigit(static_cast<unsigned char>(c))) return {};
+        hex += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    return hex.size() == 64 ? hex : std::string();
+}
+
+IrcExtrasOptions ExtrasOptionsFrom(const app::ExtrasSettings& extras) {
+    IrcExtrasOptions o;
+    o.Tls.Enabled = extras.IrcTls == 1;
+    o.Tls.Verify = extras.IrcTlsVerify == 1;
+    o.Tls.PinSha256 = NormalizePin(extras.IrcTlsPinSha256);
+    o.Tls.CertFile = extras.ClientCertFile;
+    o.Tls.KeyFile = extras.ClientKeyFile;
+    o.Sasl = SaslSettings{extras.SaslMechanism, extras.SaslUser, extras.SaslPassword};
+    o.AutoReconnect = extras.AutoReconnect == 1;
+    o.PacedSending = extras.PacedSending == 1;
+    o.Encoding = ParseIrcEncoding(extras.IrcEncoding);
+    return o;
+}
+
+} // namespace tallybot::irc
