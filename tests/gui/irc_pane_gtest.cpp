@@ -1,0 +1,140 @@
+// The IRC pane widget over the real IRC core: painted colours, backgrounds and attributes, links
+// and channel names under the mouse, the formatting keys, Enter, the history and the user list.
+#include "desktop/irc_palette.h"
+#include "desktop/irc_pane_widget.h"
+#include "tests/irc/fake_irc_transport.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QTextBlock>
+
+#include <gtest/gtest.h>
+
+namespace tallybot::guitest {
+namespace {
+
+class IrcPaneTest : public ::testing::Test {
+protected:
+    IrcPaneTest() : core(transport, clock) {
+        pane.resize(700, 300);
+        pane.Bind(core);
+        pane.OpenLink = [this](const std::string& link) { opened.push_back(link); };
+        pane.show();
+    }
+
+    QTextCharFormat FormatAt(int block, int column) {
+        QTextCursor cursor(pane.Output().document()->findBlockByNumber(block));
+        cursor.setPosition(cursor.block().position() + column + 1);
+        return cursor.charFormat();
+    }
+    // The viewport point over a character of a block.
+    QPoint PointOf(int block, int column) {
+        QTextCursor cursor(pane.Output().document()->findBlockByNumber(block));
+        cursor.setPosition(cursor.block().position() + column);
+        return pane.Output().cursorRect(cursor).center() + QPoint(2, 0);
+    }
+    void Click(const QPoint& at) {
+        QWidget* viewport = pane.Output().viewport();
+        QMouseEvent press(QEvent::MouseButtonPress, at, viewport->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                          Qt::NoModifier);
+        QMouseEvent release(QEvent::MouseButtonRelease, at, viewport->mapToGlobal(at), Qt::LeftButton, Qt::NoButton,
+                            Qt::NoModifier);
+        QApplication::sendEvent(viewport, &press);
+        QApplication::sendEvent(viewport, &release);
+    }
+    void Key(int key, Qt::KeyboardModifiers mods = Qt::NoModifier, const QString& text = {}) {
+        QKeyEvent press(QEvent::KeyPress, key, mods, text);
+        QKeyEvent release(QEvent::KeyRelease, key, mods, text);
+        QApplication::sendEvent(&pane.Input(), &press);
+        QApplication::sendEvent(&pane.Input(), &release);
+    }
+
+    irc::testing::FakeTransport transport;
+    irc::testing::FakeClock clock;
+    irc::uscIRC core;
+    desktop::IrcPaneWidget pane;
+    std::vector<std::string> opened;
+};
+
+TEST_F(IrcPaneTest, PaintsColoursBackgroundsBoldAndUnderline) {
+    core.AddText("plain \x03"
+                 "04,08red on yellow\x0f \x02"
+                 "bold\x02 \x1funder",
+                 0x660000);
+    const QString text = pane.Output().document()->findBlockByNumber(0).text();
+    EXPECT_EQ(text, "plain red on yellow bold under");
+    EXPECT_EQ(FormatAt(0, 0).foreground().color(), desktop::FromWindowsColour(0x660000));
+    EXPECT_EQ(FormatAt(0, 6).foreground().color(), desktop::IrcPaletteColour(4));
+    EXPECT_EQ(FormatAt(0, 6).background().color(), desktop::IrcPaletteColour(8));
+    EXPECT_EQ(FormatAt(0, 20).fontWeight(), QFont::Bold);
+    EXPECT_FALSE(FormatAt(0, 20).fontUnderline());
+    EXPECT_TRUE(FormatAt(0, 25).fontUnderline());
+    EXPECT_NE(FormatAt(0, 25).fontWeight(), QFont::Bold);
+}
+
+TEST_F(IrcPaneTest, NewestLineStaysInView) {
+    for (int i = 0; i < 200; ++i)
+        core.AddText("line " + std::to_string(i), 0);
+    auto* bar = pane.Output().verticalScrollBar();
+    EXPECT_GT(bar->maximum(), 0);
+    EXPECT_EQ(bar->value(), bar->maximum());
+}
+
+TEST_F(IrcPaneTest, ClickOnALinkOpensItAndOnAChannelJoinsIt) {
+    core.AddText("see http://example.org/x and #other, or plain", 0);
+    Click(PointOf(0, 8));
+    ASSERT_EQ(opened.size(), 1u);
+    EXPECT_EQ(opened[0], "http://example.org/x");
+    Click(PointOf(0, 30));
+    EXPECT_EQ(transport.Last(), "JOIN #other\r\n");
+    const std::size_t sent = transport.sent.size();
+    Click(PointOf(0, 41));
+    EXPECT_EQ(transport.sent.size(), sent);
+    EXPECT_EQ(opened.size(), 1u);
+    EXPECT_EQ(pane.Output().WordAt(PointOf(0, 8)), "http://example.org/x");
+}
+
+TEST_F(IrcPaneTest, FormattingKeysInsertControlCodesAndCtrlKShowsThePicker) {
+    pane.Input().setText("a");
+    Key(Qt::Key_K, Qt::ControlModifier);
+    EXPECT_TRUE(pane.ColourPicker().isVisibleTo(&pane));
+    Key(Qt::Key_4, Qt::NoModifier, "4");
+    EXPECT_TRUE(pane.ColourPicker().isVisibleTo(&pane)); // digits keep it open
+    Key(Qt::Key_B, Qt::ControlModifier);
+    EXPECT_FALSE(pane.ColourPicker().isVisibleTo(&pane));
+    Key(Qt::Key_U, Qt::ControlModifier);
+    Key(Qt::Key_O, Qt::ControlModifier);
+    EXPECT_EQ(pane.Input().text().toLatin1().toStdString(), "a\x03"
+                                                            "4\x02\x1f\x0f");
+}
+
+TEST_F(IrcPaneTest, EnterSendsTheLineAndUpDownWalkTheHistory) {
+    core.Properties().ControlType = 0; // not on a channel: the core answers in the pane
+    pane.Input().setText("/JOIN #one");
+    Key(Qt::Key_Return);
+    EXPECT_EQ(transport.Last(), "JOIN #one\r\n");
+    EXPECT_TRUE(pane.Input().text().isEmpty());
+    pane.Input().setText("/JOIN #two");
+    Key(Qt::Key_Return);
+    Key(Qt::Key_Up);
+    EXPECT_EQ(pane.Input().text(), "/JOIN #two");
+    Key(Qt::Key_Up);
+    EXPECT_EQ(pane.Input().text(), "/JOIN #one");
+    Key(Qt::Key_Down);
+    EXPECT_EQ(pane.Input().text(), "/JOIN #two");
+}
+
+TEST_F(IrcPaneTest, UserListShowsOperatorAndVoiceMarks) {
+    core.HandleLine(":irc.test 353 Corvamo = #Zephra :@op +voiced plain");
+    auto& users = pane.Users();
+    ASSERT_EQ(users.count(), 3);
+    EXPECT_EQ(users.item(0)->text(), "@op");
+    EXPECT_EQ(users.item(1)->text(), "+voiced");
+    EXPECT_EQ(users.item(2)->text(), "plain");
+}
+
+} // namespace
+} // namespace tallybot::guitest
