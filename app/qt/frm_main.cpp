@@ -84,6 +84,12 @@ frmMain::frmMain(MainLogic& logic, desktop::MessageBoxes& boxes, QWidget* parent
 
 frmMain::~frmMain() = default;
 
+void frmMain::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    // Below this width the two groups no longer fit beside each other.
+    m_bar->setDirection(width() < 1040 ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+}
+
 QComboBox* frmMain::HistoryBox(const char* name, HistoryCombo MainView::*combo) {
     auto* box = Named(new QComboBox, name);
     box->setEditable(true);
@@ -100,6 +106,7 @@ QWidget* frmMain::BuildConnectionBar() {
     auto* bar = new QWidget;
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
+    m_bar = row;
 
     auto* irc = Named(new QGroupBox("IRC server"), "fraIRCConnection");
     auto* ircRow = new QHBoxLayout(irc);
@@ -116,7 +123,9 @@ QWidget* frmMain::BuildConnectionBar() {
         auto* column = new QVBoxLayout;
         column->setSpacing(2);
         column->addWidget(new QLabel(b.label));
-        column->addWidget(HistoryBox(b.name, b.combo));
+        auto* box = HistoryBox(b.name, b.combo);
+        box->setMinimumWidth(60 + 20 * b.stretch);
+        column->addWidget(box);
         ircRow->addLayout(column, b.stretch);
     }
     auto* connectButton = Named(new QPushButton("&Connect"), "cmdIRCConnection");
@@ -164,6 +173,7 @@ QWidget* frmMain::BuildServerPage() {
     form->addRow("Map:", ValueLabel("lblMapname"));
     form->addRow("Time limit:", ValueLabel("lblTimelimit"));
     form->addRow("Players:", ValueLabel("lblPlayerInfo"));
+    form->addRow("Team score:", ValueLabel("lblTeamScore"));
     layout->addWidget(frame);
 
     m_players = Named(new QTreeWidget, "lvwPlayers");

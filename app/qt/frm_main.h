@@ -13,6 +13,7 @@
 #include <QUrl>
 
 class QAction;
+class QBoxLayout;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -67,6 +68,7 @@ public:
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void BuildMenus();
@@ -85,6 +87,7 @@ private:
     desktop::MessageBoxes& m_boxes;
     desktop::IrcPaneWidget* m_irc = nullptr;
     QTabWidget* m_tabs = nullptr;
+    QBoxLayout* m_bar = nullptr; // the two connection groups: side by side, or stacked when narrow
     QComboBox* m_gamServer = nullptr;
     QTreeWidget* m_players = nullptr;
     QLineEdit* m_teamRed = nullptr;

@@ -34,6 +34,9 @@ void ScheduleScreenshot(frmMain& window) {
     bool ok = false;
     int after = qEnvironmentVariableIntValue("TALLYBOT_SCREENSHOT_AFTER_MS", &ok);
     if (!ok || after < 0) after = 4000;
+    // TALLYBOT_SCREENSHOT_SIZE=WxH sizes the window first, to see the layout at a given size.
+    const QStringList size = qEnvironmentVariable("TALLYBOT_SCREENSHOT_SIZE").split('x');
+    if (size.size() == 2 && size[0].toInt() > 0 && size[1].toInt() > 0) window.resize(size[0].toInt(), size[1].toInt());
     QTimer::singleShot(after, &window, [&window, file] {
         if (!window.grab().save(file, "PNG"))
             std::fprintf(stderr, "tallybot: could not write %s\n", file.toLocal8Bit().constData());

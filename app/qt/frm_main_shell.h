@@ -17,7 +17,8 @@ public:
 
 // With TALLYBOT_SCREENSHOT=<file.png> in the environment the window grabs itself into that file
 // after TALLYBOT_SCREENSHOT_AFTER_MS milliseconds (default 4000) and closes, which ends the program
-// normally. Without the variable nothing happens.
+// normally; TALLYBOT_SCREENSHOT_SIZE=<W>x<H> resizes the window first. Without the variable nothing
+// happens.
 void ScheduleScreenshot(frmMain& window);
 
 } // namespace tallybot::app

@@ -100,6 +100,11 @@ void frmMain::RefreshServer() {
     Child<QLabel>(this, "lblMapname")->setText(FromBytes(view.lblMapname));
     Child<QLabel>(this, "lblTimelimit")->setText(FromBytes(view.lblTimelimit));
     Child<QLabel>(this, "lblPlayerInfo")->setText(FromBytes(view.lblPlayerInfo));
+    const auto& game = m_logic.Game();
+    Child<QLabel>(this, "lblTeamScore")
+        ->setText(QString("<span style='color:#b00000'>Red %1</span> : <span style='color:#0030c0'>%2 Blue</span>")
+                      .arg(game.TeamScoreRed)
+                      .arg(game.TeamScoreBlue));
 
     m_players->clear();
     for (const auto& row : view.lvwPlayers) {
