@@ -8,8 +8,8 @@ namespace tallybot::gamesim {
 
 namespace {
 
-const char* const kEngineCodes[] = {"",      "Q2",  "Q3", "UT", "HL",  "RTCW", "EF",  "JK2", "SoF2",
-                                    "UT2k3", "MoH", "ET", "JA", "CoD", "AA",   "EF2", "FC",  "D3"};
+const char* const kEngineCodes[] = {"",    "Q2", "Q3", "UT",  "HL", "RTCW", "EF", "JK2", "SoF2", "UT2k3",
+                                    "MoH", "ET", "JA", "CoD", "AA", "EF2",  "FC", "D3",  "A2S"};
 
 std::string Lower(std::string text) {
     for (char& c : text)
@@ -51,7 +51,7 @@ SimPlayer& FindPlayer(MatchState& state, const std::string& name) {
 } // namespace
 
 int EngineIdOfCode(const std::string& code) {
-    for (int id = 1; id <= 17; ++id)
+    for (int id = 1; id <= 18; ++id)
         if (Lower(kEngineCodes[id]) == Lower(code)) return id;
     return 0;
 }
@@ -85,6 +85,8 @@ void ApplyCommand(MatchState& state, const std::string& line) {
         state.map = rest;
     } else if (command == "gametype") {
         state.gameType = rest;
+    } else if (command == "version") {
+        state.version = rest;
     } else if (command == "gamename") {
         state.gameName = rest;
     } else if (command == "time") {

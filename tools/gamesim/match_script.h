@@ -8,7 +8,7 @@
 //   maxplayers 16                 teamscore 0 0                player Alice red 0 50
 //   score Alice 3                 ping Alice 80                team Alice blue
 //   leave Alice                   silence                      resume
-//   disconnect                    at 4 time TIMEOUT RED
+//   disconnect                    at 4 time TIMEOUT RED        version ioq3 1.36_GIT linux
 
 #include <stdexcept>
 #include <string>
@@ -30,6 +30,7 @@ struct MatchState {
     std::string gameType = "4";
     std::string gameName = "baseq3";
     std::string timeText = "20:00";
+    std::string version; // the status reply's version text; empty: the engine's own
     int timeLimit = 20;
     int fragLimit = 0;
     int captureLimit = 8;
@@ -62,7 +63,8 @@ public:
     using ScriptError::ScriptError;
 };
 
-// Engine id of an engine code ("Q3", "UT2k3", case-insensitive); 0 when unknown.
+// Engine id of an engine code ("Q3", "UT2k3", "A2S" for a Source server, case-insensitive); 0 when
+// unknown.
 int EngineIdOfCode(const std::string& code);
 
 // Applies one command line to the state; throws ScriptError naming what is wrong.

@@ -1,5 +1,7 @@
 #include "replies.h"
 
+#include "a2s_replies.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
@@ -85,7 +87,7 @@ std::string Q3Status(const MatchState& s) {
     const auto add = [&](std::string_view key, const std::string& value) {
         kv += "\\" + std::string(key) + "\\" + value;
     };
-    const std::string version = Q3FamilyVersion(s.engineId);
+    const std::string version = s.version.empty() ? Q3FamilyVersion(s.engineId) : s.version;
     if (!version.empty()) add("version", version);
     if (s.engineId == 13) add("shortversion", "1.5");
     add("sv_hostname", s.host);
@@ -286,6 +288,8 @@ std::string RequestKind(std::string_view request, int engineId) {
 
 std::vector<std::string> RepliesTo(std::string_view request, const MatchState& state, bool onQueryPort, int gamePort) {
     const int engineId = state.engineId;
+    if (engineId == kA2SEngineId) // a Source server answers on its game port only
+        return state.silent || onQueryPort ? std::vector<std::string>{} : A2SRepliesTo(request, state, gamePort);
     const std::string kind = RequestKind(request, engineId);
     if (kind.empty() || state.silent) return {};
     if (state.disconnecting) return DisconnectPacket(engineId);
