@@ -15,6 +15,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
@@ -51,6 +52,9 @@ frmMain::frmMain(MainLogic& logic, desktop::MessageBoxes& boxes, QWidget* parent
 
     m_irc = new desktop::IrcPaneWidget;
     m_irc->Bind(m_logic.Irc());
+    // The control keeps a user list only in its channel-client types.
+    const int controlType = m_logic.Irc().Properties().ControlType;
+    m_irc->Users().setVisible(controlType == 1 || controlType == 3);
 
     m_tabs = Named(new QTabWidget, "sstMain");
     m_tabs->addTab(BuildServerPage(), "Game server");
