@@ -10,7 +10,9 @@ jobs=$(nproc)
 if command -v clang++ >/dev/null; then
     CXX=clang++ cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTALLYBOT_FUZZ=ON \
         -DTALLYBOT_TESTS=OFF -DTALLYBOT_BENCH=OFF >/dev/null
-    cmake --build build/fuzz -j "$jobs"
+    fuzz_targets=$(for f in fuzz/*_fuzz.cpp; do basename "$f" .cpp; done)
+    # shellcheck disable=SC2086
+    cmake --build build/fuzz -j "$jobs" --target $fuzz_targets
     scripts/fuzz.sh build/fuzz/fuzz "${TALLYBOT_FUZZ_SECONDS:-10}"
 fi
 
