@@ -43,6 +43,7 @@ void uscIRC::WriteWire(const std::string& line) {
 }
 
 void uscIRC::Connect() {
+    if (m_hooks) m_hooks->OnHostConnect();
     Trapped("Connect", [&] {
         const int type = m_props.ControlType;
         if (type == 1 || type == 2) {
@@ -54,14 +55,29 @@ void uscIRC::Connect() {
         if (m_view.PaneCleared) m_view.PaneCleared();
         AddText("*** Connecting to " + m_props.ServerAddress + " (" + std::to_string(m_props.ServerPort) + ")",
                 m_props.EventColor);
-        m_transport.ServerConnect(m_props.ServerAddress, m_props.ServerPort);
-        m_identAnswered = false;
-        if (m_transport.IdentState() != kSockListening && m_props.Ident) m_transport.IdentListen(m_props.IdentPort);
+        OpenConnection();
         SetStatus(kConnectRequested);
     });
 }
 
+void uscIRC::OpenConnection() {
+    m_transport.ServerConnect(m_props.ServerAddress, m_props.ServerPort);
+    m_identAnswered = false;
+    if (m_transport.IdentState() != kSockListening && m_props.Ident) m_transport.IdentListen(m_props.IdentPort);
+}
+
+void uscIRC::Reconnect() {
+    Trapped("Connect", [&] {
+        if (m_status != kNotConnected) return;
+        AddText("*** Connecting to " + m_props.ServerAddress + " (" + std::to_string(m_props.ServerPort) + ")",
+                m_props.EventColor);
+        OpenConnection();
+        m_status = kConnectRequested;
+    });
+}
+
 void uscIRC::Disconnect(std::string quitText) {
+    if (m_hooks) m_hooks->OnHostDisconnect();
     Trapped("Disconnect", [&] {
         if (m_status == kNotConnected) return;
         for (char& c : quitText) {
@@ -181,6 +197,11 @@ void uscIRC::OnServerData(std::string_view bytes) {
 }
 
 void uscIRC::OnServerClosed() {
+    CloseServerSocket();
+    if (m_hooks) m_hooks->OnConnectionLost();
+}
+
+void uscIRC::CloseServerSocket() {
     m_transport.ServerClose();
     AddText("*** Disconnected", m_props.EventColor);
     m_status = kNotConnected;
@@ -188,6 +209,15 @@ void uscIRC::OnServerClosed() {
 
 void uscIRC::OnServerError(int number, const std::string& description) {
     ErrorOut("SERVER", number, description);
+    LoseConnection();
+}
+
+void uscIRC::LoseConnection() {
+    if (m_hooks && m_hooks->ReconnectsAfterLoss()) {
+        CloseServerSocket();
+        m_hooks->OnConnectionLost();
+        return;
+    }
     Disconnect(m_props.QuitMessage);
 }
 

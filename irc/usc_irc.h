@@ -8,6 +8,7 @@
 #include "irc/dcc_receive.h"
 #include "irc/input_history.h"
 #include "irc/irc_framing.h"
+#include "irc/irc_session_hooks.h"
 #include "irc/irc_transport.h"
 #include "irc/pane_model.h"
 #include "irc/user_list.h"
@@ -109,6 +110,12 @@ public:
     const std::string& ChannelName() const { return m_props.ChannelName; }
     const std::string& Nick() const { return m_props.Nick; }
     void SetServerPassword(std::string password) { m_serverPassword = std::move(password); }
+    // Extras (irc_session.h): how connections end, and a new attempt after a loss. Without hooks
+    // the control behaves as it always did.
+    void SetSessionHooks(IrcSessionHooks* hooks) { m_hooks = hooks; }
+    // Connect again while the host still counts the session: state 1 without StatusChange, the
+    // pane kept.
+    void Reconnect();
 
     IrcEvents& Events() { return m_events; }
     IrcView& View() { return m_view; }
@@ -177,6 +184,9 @@ private:
     // Errors inside a handler end that handler with an "[IRC] " line, as the control's traps do.
     template <class Body> void Trapped(const char* procedure, Body&& body);
     void SetStatus(int status);
+    void OpenConnection();    // Connect's steps 3 to 5, without the event
+    void CloseServerSocket(); // the peer's close: socket closed, "*** Disconnected", state 0
+    void LoseConnection();    // ERROR line or socket error
     void Raise(const std::function<void()>& event) const {
         if (event) event();
     }
@@ -196,6 +206,7 @@ private:
     IrcView m_view;
 
     int m_status = kNotConnected;
+    IrcSessionHooks* m_hooks = nullptr;
     std::string m_serverPassword;
     std::string m_ownHost;
     bool m_identAnswered = false;

@@ -47,7 +47,7 @@ void uscIRC::HandleLine(std::string_view line) {
             const auto colon = l.Text.find(':');
             AddText("[IRC] " + (colon == std::string::npos ? std::string() : l.Text.substr(colon + 1)),
                     m_props.ErrorColor);
-            Disconnect(m_props.QuitMessage);
+            LoseConnection();
         }
         return;
     }

@@ -22,9 +22,10 @@ void Apply(QTimer& timer, bool enabled, int intervalMs) {
 } // namespace
 
 AppRuntime::AppRuntime(irc::DccQuestions* questions, irc::DccFileSink* files, QObject* parent)
-    : QObject(parent), m_logic(m_sockets, m_clock, questions, files), m_runner(m_logic.Query(), m_logic.View().Query),
+    : QObject(parent), m_logic(m_sockets.Transport(), m_clock, questions, files),
+      m_runner(m_logic.Query(), m_logic.View().Query),
       m_remote([this](const std::string& command) { m_logic.HandleRemote(command); }) {
-    m_sockets.SetEvents(&m_logic.Irc());
+    m_sockets.Attach(&m_logic.Irc(), [this] { return irc::ExtrasOptionsFrom(m_logic.Settings().Extras); });
     connect(&m_runner, &query::QueryRunner::Changed, this, [this] { m_logic.Sync(); });
     connect(&m_tmrIRCPost, &QTimer::timeout, this, [this] { m_logic.tmrIRCPost_Timer(); });
     connect(&m_tmrIRCSendDelay, &QTimer::timeout, this, [this] { m_logic.tmrIRCSendDelay_Timer(); });
@@ -35,7 +36,7 @@ AppRuntime::AppRuntime(irc::DccQuestions* questions, irc::DccFileSink* files, QO
 AppRuntime::~AppRuntime() {
     m_logic.SetTimers(nullptr);
     m_logic.SetViewObserver({});
-    m_sockets.SetEvents(nullptr);
+    m_sockets.Attach(nullptr, {});
 }
 
 bool AppRuntime::Start(const StartupOptions& options) {

@@ -5,7 +5,7 @@
 
 #include "app/logic/main_logic.h"
 #include "app/qt/remote_server.h"
-#include "irc/qt/irc_socket.h"
+#include "irc/qt/irc_session_sockets.h"
 #include "irc/qt/qt_irc_clock.h"
 #include "query/qt/query_runner.h"
 
@@ -38,8 +38,8 @@ signals:
     void ViewChanged();
 
 private:
-    irc::IrcSocket m_sockets;
     irc::QtIrcClock m_clock;
+    irc::IrcSessionSockets m_sockets{m_clock}; // the IRC sockets behind the Extras session
     MainLogic m_logic;
     query::QueryRunner m_runner;
     QTimer m_tmrIRCPost;

@@ -24,6 +24,8 @@ public:
     IrcSocket& operator=(const IrcSocket&) = delete;
 
     void SetEvents(IrcSocketEvents* events) { m_events = events; }
+    // Extras: TLS for the next server connects.
+    void SetServerTls(const TlsOptions& tls) { m_server.SetTls(tls); }
 
     void ServerConnect(const std::string& host, int port) override;
     void ServerSend(std::string_view bytes) override;

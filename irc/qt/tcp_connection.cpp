@@ -2,6 +2,7 @@
 
 #include "irc/irc_transport.h"
 #include "irc/qt/socket_errors.h"
+#include "irc/qt/tls_setup.h"
 
 #include <QSignalBlocker>
 #include <QTimer>
@@ -10,7 +11,14 @@ namespace tallybot::irc {
 
 TcpConnection::TcpConnection(Handlers handlers) : m_handlers(std::move(handlers)) {
     QObject::connect(&m_socket, &QTcpSocket::connected, &m_socket, [this] {
+        if (!m_tls.Enabled && m_handlers.connected) m_handlers.connected();
+    });
+    // Over TLS the connection counts as open once the handshake is done.
+    QObject::connect(&m_socket, &QSslSocket::encrypted, &m_socket, [this] {
         if (m_handlers.connected) m_handlers.connected();
+    });
+    QObject::connect(&m_socket, &QSslSocket::sslErrors, &m_socket, [this](const QList<QSslError>& errors) {
+        if (AcceptTlsErrors(m_socket, errors, m_tls)) m_socket.ignoreSslErrors();
     });
     QObject::connect(&m_socket, &QTcpSocket::readyRead, &m_socket, [this] { DeliverPending(); });
     QObject::connect(&m_socket, &QTcpSocket::disconnected, &m_socket, [this] { OnDisconnected(); });
@@ -32,8 +40,18 @@ void TcpConnection::Connect(const std::string& host, int port) {
         m_inError = true;
         return;
     }
-    m_socket.connectToHost(QString::fromLatin1(host.data(), static_cast<qsizetype>(host.size())),
-                           static_cast<quint16>(port));
+    const QString name = QString::fromLatin1(host.data(), static_cast<qsizetype>(host.size()));
+    if (m_tls.Enabled) {
+        const std::string problem = ConfigureTls(m_socket, m_tls);
+        if (!problem.empty()) {
+            QTimer::singleShot(0, &m_socket, [this, problem] { ReportError(10054, problem); });
+            m_inError = true;
+            return;
+        }
+        m_socket.connectToHostEncrypted(name, static_cast<quint16>(port));
+        return;
+    }
+    m_socket.connectToHost(name, static_cast<quint16>(port));
 }
 
 void TcpConnection::Send(std::string_view bytes) {

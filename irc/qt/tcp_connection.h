@@ -5,12 +5,14 @@
 // any data still buffered), errors reported with their Windows Sockets numbers, and a state that stays
 // "error" after a failure until the next connect or close. Closing it ourselves reports nothing.
 
+#include "irc/irc_extras_options.h"
+
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
 
-#include <QTcpSocket>
+#include <QSslSocket>
 
 namespace tallybot::irc {
 
@@ -35,6 +37,8 @@ public:
     void Send(std::string_view bytes);
     void Close();
     int State() const; // SocketState numbering
+    // Extras: TLS for the following connects (the IRC server socket only).
+    void SetTls(const TlsOptions& tls) { m_tls = tls; }
     const std::string& RemoteHost() const { return m_remoteHost; }
 
 private:
@@ -44,7 +48,8 @@ private:
     void ReportError(int number, const std::string& description);
 
     Handlers m_handlers;
-    QTcpSocket m_socket;
+    QSslSocket m_socket; // a plain TCP socket unless TLS is switched on
+    TlsOptions m_tls;
     std::string m_remoteHost;
     bool m_inError = false;
 };
