@@ -44,7 +44,7 @@ std::chrono::system_clock::time_point At(long long nanos) {
 }
 
 class AppLogTest : public ::testing::Test {
-  protected:
+protected:
     clsAppLog MakeLog(std::string file = {}) {
         if (file.empty()) file = folder.File("Tallybot.log");
         return clsAppLog(file, "Tallybot", "1.2.3", &shell, [this] { return At(nanos); });
@@ -53,12 +53,6 @@ class AppLogTest : public ::testing::Test {
     FakeShell shell;
     long long nanos = 123'000'000;
 };
-
-TEST_F(AppLogTest, EntryFormat) {
-    clsAppLog log = MakeLog();
-    EXPECT_EQ(log.FormatEntry("modMain", "Main", 0, "Application startup, initializing"),
-              "modMain;Main;03/07/26 09:05:04.123;0;Application startup, initializing");
-}
 
 TEST_F(AppLogTest, MillisecondsAreTheRoundedFractionOfTheSecond) {
     clsAppLog log = MakeLog();

@@ -2,9 +2,9 @@
 #include "app/remote_message.h"
 #include "tests/app/temp_folder.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
+
+#include <gtest/gtest.h>
 
 namespace tallybot::app {
 namespace {
@@ -28,14 +28,16 @@ TEST(CommandLineTest, ParsesEveryForm) {
     const std::vector<CommandLineCase> cases = {
         {{}, Line("", false, false, "")},
         {{"--headless"}, Line("", true, false, "")},
-        {{"--home", "/srv/tb", "--headless", "ConGam:1.2.3.4:27960"}, Line("/srv/tb", true, false, "ConGam:1.2.3.4:27960")},
+        {{"--home", "/srv/tb", "--headless", "ConGam:1.2.3.4:27960"},
+         Line("/srv/tb", true, false, "ConGam:1.2.3.4:27960")},
         {{"--home=/srv/tb", "--send", "DisGam"}, Line("/srv/tb", false, true, "DisGam")},
         {{"ConIRC:irc.example.org:6667:#a", "b"}, Line("", false, false, "ConIRC:irc.example.org:6667:#a b")},
         {{"--send"}, Line("", false, true, "", "--send needs a command such as DisGam")},
         {{"--home"}, Line("", false, false, "", "--home needs a folder")},
         {{"--frobnicate"}, Line("", false, false, "", "unknown option --frobnicate")},
     };
-    for (const auto& c : cases) EXPECT_EQ(ParseCommandLine(c.args), c.expected) << ::testing::PrintToString(c.args);
+    for (const auto& c : cases)
+        EXPECT_EQ(ParseCommandLine(c.args), c.expected) << ::testing::PrintToString(c.args);
 }
 
 TEST(CommandLineTest, HomeFolderChoice) {
@@ -70,7 +72,7 @@ TEST(CommandLineTest, FirstRunCopiesShippedProfilesOnce) {
 
 TEST(RemoteMessageTest, OnlyIdentifierThreeCarriesACommandCutAtZeroAnd255Bytes) {
     EXPECT_EQ(DecodeRemoteMessage(EncodeRemoteMessage("DisGam")), "DisGam");
-    EXPECT_EQ(DecodeRemoteMessage(std::string("\x03" "ConGam\0junk", 12)), "ConGam");
+    EXPECT_EQ(DecodeRemoteMessage(std::string("\003ConGam\0junk", 12)), "ConGam");
     EXPECT_EQ(DecodeRemoteMessage(EncodeRemoteMessage("DisGam", 4)), std::nullopt);
     EXPECT_EQ(DecodeRemoteMessage(""), std::nullopt);
     const std::string longText(300, 'x');

@@ -17,8 +17,7 @@ using test::TempFolder;
 using test::WriteBytes;
 
 const std::string kBold = "\x02";
-const std::string kMarkBold = "\xA7\xA7"
-                              "1\xA7\xA7";
+const std::string kMarkBold = "\247\2471\247\247"; // octal \247 is the mark byte 0xA7
 
 std::string GoldenDefaults() {
     const char* source = std::getenv("TALLYBOT_SOURCE_DIR");
@@ -39,42 +38,34 @@ std::string SaveAndRead(AppSettings& settings, const TempFolder& folder) {
     return ReadBytes(folder.File("Tallybot.ini"));
 }
 
-TEST(SettingsFile, DefaultsAreWrittenKeyForKeyAsTheGoldenFile) {
-    std::string golden = GoldenDefaults();
+TEST(SettingsFile, DefaultsMissingFileAndGoldenFileAllSaveAsTheGoldenFile) {
+    const std::string golden = GoldenDefaults();
     ASSERT_FALSE(golden.empty());
     TempFolder folder;
     AppSettings defaults;
     EXPECT_EQ(SaveAndRead(defaults, folder), golden);
-}
 
-TEST(SettingsFile, MissingFileLoadsTheDefaultsAndSavesThemUnchanged) {
-    TempFolder folder;
+    TempFolder empty;
     AppSettings settings;
     settings.MinToTray = 0; // proves the loader sets the field
-    settings = LoadFrom(folder);
+    settings = LoadFrom(empty);
     EXPECT_EQ(settings.MinToTray, 1);
-    EXPECT_EQ(settings.ExtTextCol, "\x03"
-                                   "10");
-    EXPECT_EQ(settings.InfoTextCol, "\x03"
-                                    "2");
+    EXPECT_EQ(settings.ExtTextCol, "\00310"); // \003: the colour code
+    EXPECT_EQ(settings.InfoTextCol, "\0032");
     EXPECT_EQ(settings.Extras.IdentPort, 113);
-    EXPECT_EQ(SaveAndRead(settings, folder), GoldenDefaults());
-}
+    EXPECT_EQ(SaveAndRead(settings, empty), golden);
 
-TEST(SettingsFile, GoldenFileRoundTripsByteForByte) {
-    TempFolder folder;
-    WriteBytes(folder.File("Tallybot.ini"), GoldenDefaults());
-    AppSettings settings = LoadFrom(folder);
+    WriteBytes(folder.File("Tallybot.ini"), golden);
+    settings = LoadFrom(folder);
     TempFolder other;
-    EXPECT_EQ(SaveAndRead(settings, other), GoldenDefaults());
+    EXPECT_EQ(SaveAndRead(settings, other), golden);
 }
 
 TEST(SettingsFile, ColourDigitsGainAndLoseThePrefix) {
     TempFolder folder;
     WriteBytes(folder.File("Tallybot.ini"), "[IRC]\nExtTextCol=04\n");
     AppSettings settings = LoadFrom(folder);
-    EXPECT_EQ(settings.ExtTextCol, "\x03"
-                                   "04");
+    EXPECT_EQ(settings.ExtTextCol, "\00304");
     settings.InfoTextCol = "12"; // no prefix: its first character is lost
     std::string saved = SaveAndRead(settings, folder);
     EXPECT_NE(saved.find("ExtTextCol=04\r\n"), std::string::npos);
@@ -103,20 +94,14 @@ TEST(SettingsFile, OnJoinTextsAreEscapedInTheFileAndInMemory) {
     TempFolder folder;
     AppSettings settings;
     settings.OnJoinMessage = kBold + "hi" + kBold;
-    settings.NoticeMsg = "\x03"
-                         "4red\x0F plain \x1F";
+    settings.NoticeMsg = "\0034red\017 plain \037";
     std::string saved = SaveAndRead(settings, folder);
     EXPECT_NE(saved.find("Message=" + kMarkBold + "hi" + kMarkBold + "\r\n"), std::string::npos);
     EXPECT_EQ(settings.OnJoinMessage, kMarkBold + "hi" + kMarkBold); // escaped in place by the save
-    EXPECT_EQ(settings.NoticeMsg, "\xA7\xA7"
-                                  "2\xA7\xA7"
-                                  "4red\xA7\xA7"
-                                  "3\xA7\xA7 plain \xA7\xA7"
-                                  "4\xA7\xA7");
+    EXPECT_EQ(settings.NoticeMsg, "\247\2472\247\2474red\247\2473\247\247 plain \247\2474\247\247"); // \247: the mark
     AppSettings loaded = LoadFrom(folder);
     EXPECT_EQ(loaded.OnJoinMessage, kBold + "hi" + kBold);
-    EXPECT_EQ(loaded.NoticeMsg, "\x03"
-                                "4red\x0F plain \x1F");
+    EXPECT_EQ(loaded.NoticeMsg, "\0034red\017 plain \037");
 }
 
 TEST(SettingsFile, TypedMarkReadsBackAsControlCode) {
