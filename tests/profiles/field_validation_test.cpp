@@ -2,6 +2,7 @@
 // the page and focus the dialog returns to.
 
 #include "profiles/field_validation.h"
+#include "tests/support/param_name.h"
 
 #include <gtest/gtest.h>
 
@@ -56,7 +57,10 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"txtIntervalTime", "", kEmptyValue, 4}, Case{"txtIntervalTime", "300", nullptr, 0},
         Case{"txtIRCRealName", "12345", kBadText, 1}, Case{"txtIRCRealName", "abc1", nullptr, 0},
         Case{"txtIRCRealName", "", kEmptyText, 1}, Case{"txtIRCIdentEmail", "1.5", kBadText, 1},
-        Case{"txtIRCIdentEmail", "me@example.org", nullptr, 0}, Case{"txtSomethingElse", "", nullptr, 0}));
+        Case{"txtIRCIdentEmail", "me@example.org", nullptr, 0}, Case{"txtSomethingElse", "", nullptr, 0}),
+    [](const auto& info) {
+        return std::string(info.param.box) + "_" + tallybot::testsupport::ParamWord(info.param.text);
+    });
 
 TEST(ValidateTextBox, NoLimitBelowOne) {
     EXPECT_TRUE(tallybot::profiles::ValidateTextBox("70000", true, 2, 0).Accepted);

@@ -4,14 +4,10 @@
 #include "app/app_log.h"
 #include "app/app_settings.h"
 #include "profiles/profile_store.h"
+#include "tests/app/temp_folder.h"
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <memory>
-#include <sstream>
-#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -19,26 +15,18 @@ namespace {
 
 namespace fs = std::filesystem;
 using tallybot::app::AppSettings;
+using tallybot::app::test::ReadBytes;
+using tallybot::app::test::TempFolder;
+using tallybot::app::test::WriteBytes;
 using tallybot::profiles::GameProfile;
 namespace profiles = tallybot::profiles;
 
 class SilentShell : public tallybot::app::OperatorShell {
-  public:
-    void ShowMessage(const std::string&, const std::string&) override { ++messages; }
+public:
+    void ShowMessage(const std::string&, const std::string&) override {}
     bool AskYesNo(const std::string&, const std::string&) override { return false; }
     void OpenExternal(const std::string&) override {}
-    int messages = 0;
 };
-
-std::string ReadBytes(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-void WriteBytes(const fs::path& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary);
-    out << bytes;
-}
 
 fs::path SourceDir() {
     const char* dir = std::getenv("TALLYBOT_SOURCE_DIR");
@@ -46,28 +34,21 @@ fs::path SourceDir() {
 }
 
 class ProfileStoreTest : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        home = fs::temp_directory_path() / ("tallybot-profiles-" + std::to_string(::getpid()) + "-" +
-                                            ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(home);
-        fs::create_directories(home / "Profiles");
-        logStore =
-            std::make_unique<tallybot::app::clsAppLog>((home / "Tallybot.log").string(), "Tallybot", "1.0.0", &shell);
-        settings.AppPath = home.string() + "/";
-        settings.Log = logStore.get();
+protected:
+    ProfileStoreTest() {
+        fs::create_directories(Folder());
+        settings.AppPath = home.Slash();
+        settings.Log = &log;
     }
-    void TearDown() override { fs::remove_all(home); }
 
-    fs::path Folder() const { return home / "Profiles"; }
+    std::string Folder(const std::string& name = "") const { return home.File("Profiles/" + name); }
     void AddProfile(const std::string& name, int engine, const std::string& gameName = "") {
-        WriteBytes(Folder() / name, "[Game]\r\nEngine=" + std::to_string(engine) + "\r\nName=" + gameName + "\r\n");
+        WriteBytes(Folder(name), "[Game]\r\nEngine=" + std::to_string(engine) + "\r\nName=" + gameName + "\r\n");
     }
 
-    fs::path home;
+    TempFolder home;
     SilentShell shell;
-    std::unique_ptr<tallybot::app::clsAppLog> logStore;
-    const tallybot::app::clsAppLog& log() const { return *logStore; }
+    tallybot::app::clsAppLog log{home.File("Tallybot.log"), "Tallybot", "1.0.0", &shell};
     AppSettings settings;
 };
 
@@ -79,11 +60,8 @@ GameProfile CtfProfile() {
                        "4",
                        "baseq3",
                        "\x02Go!\x02 $ec$Map:$ic$ %map%",
-                       "\x03"
-                       "04Red\x0f %tsr% - \x03"
-                       "12Blue\x0f %tsb%#fca# $ec$Capped by$ic$ %fcb%#fca#",
-                       "\x1f"
-                       "Final\x1f: %tsr%:%tsb%",
+                       "\00304Red\017 %tsr% - \00312Blue\017 %tsb%#fca# $ec$Capped by$ic$ %fcb%#fca#", // \003: colour
+                       "\037Final\037: %tsr%:%tsb%",
                        /*StatusPosting*/ 1,
                        /*PostScoreChange*/ 1,
                        /*Interval*/ 1,
@@ -99,13 +77,13 @@ GameProfile CtfProfile() {
 TEST_F(ProfileStoreTest, SavedProfileMatchesGoldenFileByteForByte) {
     settings.Profiles.Entries[3] = CtfProfile();
     profiles::SaveProfile(settings, "ctf.igp", 3);
-    EXPECT_EQ(ReadBytes(Folder() / "ctf.igp"), ReadBytes(SourceDir() / "tests/data/profiles/ctf.igp"));
+    EXPECT_EQ(ReadBytes(Folder("ctf.igp")), ReadBytes(SourceDir() / "tests/data/profiles/ctf.igp"));
     EXPECT_EQ(settings.Profiles.Entries[3], CtfProfile()); // escaping works on a copy
-    EXPECT_EQ(log().ErrorCount(), 0);
+    EXPECT_EQ(log.ErrorCount(), 0);
 }
 
 TEST_F(ProfileStoreTest, GoldenFileLoadsWithControlCharacters) {
-    fs::copy_file(SourceDir() / "tests/data/profiles/ctf.igp", Folder() / "ctf.igp");
+    fs::copy_file(SourceDir() / "tests/data/profiles/ctf.igp", Folder("ctf.igp"));
     profiles::LoadAllProfiles(settings);
     ASSERT_EQ(settings.Profiles.ProfileCount, 1);
     EXPECT_EQ(settings.Profiles.Entries[1], CtfProfile());
@@ -113,7 +91,7 @@ TEST_F(ProfileStoreTest, GoldenFileLoadsWithControlCharacters) {
 }
 
 TEST_F(ProfileStoreTest, MissingKeysTakeTheirDefaultsAndGarbageNumbersReadAsZero) {
-    WriteBytes(Folder() / "Sparse.igp", "[AdvInfo]\nScoring=abc\nScorePerCap=7x\n");
+    WriteBytes(Folder("Sparse.igp"), "[AdvInfo]\nScoring=abc\nScorePerCap=7x\n");
     profiles::LoadProfile(settings, 1, "Sparse.igp");
     const GameProfile& p = settings.Profiles.Entries[1];
     EXPECT_EQ(p.ProfileName, "Sparse");
@@ -126,16 +104,16 @@ TEST_F(ProfileStoreTest, MissingKeysTakeTheirDefaultsAndGarbageNumbersReadAsZero
     EXPECT_EQ(p.Scoring, 0);
     EXPECT_EQ(p.ScorePerCap, 7);
     EXPECT_EQ(p.Description, "");
-    EXPECT_EQ(log().ErrorCount(), 0); // noted in the log, not an error
-    EXPECT_NE(log().LogText().find("Scoring=abc is not a number"), std::string::npos);
+    EXPECT_EQ(log.ErrorCount(), 0); // noted in the log, not an error
+    EXPECT_NE(log.LogText().find("Scoring=abc is not a number"), std::string::npos);
 }
 
 TEST_F(ProfileStoreTest, ListingIsSortedAndOnlyTakesProfileFiles) {
     AddProfile("b.igp", 2);
     AddProfile("A.igp", 3);
     AddProfile("c.IGP", 4);
-    WriteBytes(Folder() / "notes.txt", "x");
-    fs::create_directories(Folder() / "dir.igp");
+    WriteBytes(Folder("notes.txt"), "x");
+    fs::create_directories(Folder("dir.igp"));
     EXPECT_EQ(profiles::ListProfiles(settings), 3);
     EXPECT_EQ(settings.Profiles.Entries[1].FileName, "A.igp");
     EXPECT_EQ(settings.Profiles.Entries[2].FileName, "b.igp");
@@ -152,18 +130,15 @@ TEST_F(ProfileStoreTest, LaterListedEngineZeroProfileIsTheDefault) {
 }
 
 TEST_F(ProfileStoreTest, TwentyFirstFileIsLoggedAndTheFirstTwentyKept) {
-    for (int i = 1; i <= 21; ++i) {
-        std::ostringstream name;
-        name << "p" << (i < 10 ? "0" : "") << i << ".igp";
-        AddProfile(name.str(), i == 21 ? 0 : 2);
-    }
+    for (int i = 1; i <= 21; ++i)
+        AddProfile((i < 10 ? "p0" : "p") + std::to_string(i) + ".igp", i == 21 ? 0 : 2);
     profiles::LoadAllProfiles(settings);
     EXPECT_EQ(settings.Profiles.ProfileCount, 20);
     EXPECT_EQ(settings.Profiles.Entries[20].ProfileName, "p20");
     EXPECT_EQ(settings.Profiles.DefaultProfile, 0); // p21 never made it into the table
-    EXPECT_EQ(log().ErrorCount(), 1);
-    EXPECT_NE(log().LogText().find("modFileHelper;ListProfiles;"), std::string::npos);
-    EXPECT_NE(log().LogText().find(";9;Subscript out of range"), std::string::npos);
+    EXPECT_EQ(log.ErrorCount(), 1);
+    EXPECT_NE(log.LogText().find("modFileHelper;ListProfiles;"), std::string::npos);
+    EXPECT_NE(log.LogText().find(";9;Subscript out of range"), std::string::npos);
 }
 
 TEST_F(ProfileStoreTest, MissingFolderListsNothingWithoutError) {
@@ -173,46 +148,46 @@ TEST_F(ProfileStoreTest, MissingFolderListsNothingWithoutError) {
     EXPECT_EQ(settings.Profiles.ProfileCount, 0);
     EXPECT_EQ(settings.Profiles.DefaultProfile, 0);
     EXPECT_EQ(settings.Profiles.Entries[4], profiles::ClearedProfile()); // Scoring 3
-    EXPECT_EQ(log().ErrorCount(), 0);
+    EXPECT_EQ(log.ErrorCount(), 0);
 }
 
 TEST_F(ProfileStoreTest, SaveCreatesTheFolderAndKeepsForeignLines) {
     fs::remove_all(Folder());
     settings.Profiles.Entries[1] = CtfProfile();
     profiles::SaveProfile(settings, "ctf.igp", 1);
-    ASSERT_TRUE(fs::exists(Folder() / "ctf.igp"));
+    ASSERT_TRUE(fs::exists(Folder("ctf.igp")));
 
-    WriteBytes(Folder() / "ctf.igp", "; kept\r\n[Game]\r\nEngine=9\r\nExtra=1\r\n");
+    WriteBytes(Folder("ctf.igp"), "; kept\r\n[Game]\r\nEngine=9\r\nExtra=1\r\n");
     profiles::SaveProfile(settings, "ctf.igp", 1);
-    const std::string bytes = ReadBytes(Folder() / "ctf.igp");
+    const std::string bytes = ReadBytes(Folder("ctf.igp"));
     EXPECT_EQ(bytes.rfind("; kept\r\n[Game]\r\nEngine=2\r\nExtra=1\r\nName=baseq3\r\nType=4\r\n", 0), 0u);
 }
 
 TEST_F(ProfileStoreTest, DeletingRemovesTheFileAndAMissingFileIsLogged) {
     AddProfile("gone.igp", 2);
     profiles::DeleteProfile(settings, "gone.igp");
-    EXPECT_FALSE(fs::exists(Folder() / "gone.igp"));
-    EXPECT_EQ(log().ErrorCount(), 0);
+    EXPECT_FALSE(fs::exists(Folder("gone.igp")));
+    EXPECT_EQ(log.ErrorCount(), 0);
 
     profiles::DeleteProfile(settings, "gone.igp");
-    EXPECT_EQ(log().ErrorCount(), 1);
-    EXPECT_NE(log().LogText().find("modFileHelper;DeleteProfile;"), std::string::npos);
-    EXPECT_NE(log().LogText().find(";53;File not found"), std::string::npos);
+    EXPECT_EQ(log.ErrorCount(), 1);
+    EXPECT_NE(log.LogText().find("modFileHelper;DeleteProfile;"), std::string::npos);
+    EXPECT_NE(log.LogText().find(";53;File not found"), std::string::npos);
 }
 
 TEST_F(ProfileStoreTest, ShippedProfilesLoadAndSaveBackUnchanged) {
     int engineZero = 0;
     for (const auto& entry : fs::directory_iterator(SourceDir() / "profiles/default")) {
         const std::string name = entry.path().filename().string();
-        fs::copy_file(entry.path(), Folder() / name);
+        fs::copy_file(entry.path(), Folder(name));
         profiles::LoadProfile(settings, 1, name);
         if (settings.Profiles.Entries[1].Engine == 0) ++engineZero;
-        fs::remove(Folder() / name);
+        fs::remove(Folder(name));
         profiles::SaveProfile(settings, name, 1);
-        EXPECT_EQ(ReadBytes(Folder() / name), ReadBytes(entry.path())) << name;
+        EXPECT_EQ(ReadBytes(Folder(name)), ReadBytes(entry.path())) << name;
     }
     EXPECT_EQ(engineZero, 1); // exactly one default profile ships
-    EXPECT_EQ(log().ErrorCount(), 0);
+    EXPECT_EQ(log.ErrorCount(), 0);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "app/vb_convert.h"
 #include "profiles/team_assignment.h"
 #include "query/team_scores.h"
+#include "tests/support/param_name.h"
 
 #include <gtest/gtest.h>
 
@@ -117,7 +118,11 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(ScoreCase{"3", "4", true, 3, 4, ""}, ScoreCase{"-32768", "32767", true, -32768, 32767, ""},
                       ScoreCase{" 2.5 ", "3.5", true, 2, 4, ""}, // half to even
                       ScoreCase{"32768", "1", false, 2, 4, kRedBad}, ScoreCase{"1", "-32769", false, 2, 4, kBlueBad},
-                      ScoreCase{"", "1", false, 2, 4, kRedBad}, ScoreCase{"5", "five", false, 2, 4, kBlueBad}));
+                      ScoreCase{"", "1", false, 2, 4, kRedBad}, ScoreCase{"5", "five", false, 2, 4, kBlueBad}),
+    [](const auto& info) {
+        using tallybot::testsupport::ParamWord;
+        return "Red" + ParamWord(info.param.red) + "Blue" + ParamWord(info.param.blue);
+    });
 
 TEST(ScoreCorrection, SurvivesTheNextParseOfTheSameScores) {
     GameState s = State({{"ann", 1}, {"bob", 2}});
