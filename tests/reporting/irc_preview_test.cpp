@@ -13,42 +13,16 @@ struct PreviewCase {
 
 const PreviewCase kCases[] = {
     {"plain", "abc", {{"abc", 1, false, false}}},
-    {"labels and values",
-     "\x03"
-     "10Map:\x03"
-     "2 q3",
-     {{"Map:", 10, false, false}, {" q3", 2, false, false}}},
-    {"tried from 15 down",
-     "\x03"
-     "123",
-     {{"3", 12, false, false}}},
-    {"padded colour reads as 0",
-     "\x03"
-     "05x",
-     {{"5x", 0, false, false}}},
-    {"background skipped",
-     "\x03"
-     "4,12x",
-     {{"x", 4, false, false}}},
-    {"comma without number stays",
-     "\x03"
-     "4,x",
-     {{",x", 4, false, false}}},
-    {"no number keeps colour",
-     "\x03"
-     "4a\x03"
-     "b",
-     {{"ab", 4, false, false}}},
+    {"labels and values", "\00310Map:\0032 q3", {{"Map:", 10, false, false}, {" q3", 2, false, false}}},
+    {"tried from 15 down", "\003123", {{"3", 12, false, false}}},
+    {"padded colour reads as 0", "\00305x", {{"5x", 0, false, false}}},
+    {"background skipped", "\0034,12x", {{"x", 4, false, false}}},
+    {"comma without number stays", "\0034,x", {{",x", 4, false, false}}},
+    {"no number keeps colour", "\0034a\003b", {{"ab", 4, false, false}}},
     {"bold and underline toggle",
-     "a\x02"
-     "b\x1f"
-     "c\x02"
-     "d",
+     "a\002b\037c\002d",
      {{"a", 1, false, false}, {"b", 1, true, false}, {"c", 1, true, true}, {"d", 1, false, true}}},
-    {"reset",
-     "\x03"
-     "4\x02x\x0fy",
-     {{"x", 4, true, false}, {"y", 1, false, false}}},
+    {"reset", "\0034\002x\017y", {{"x", 4, true, false}, {"y", 1, false, false}}},
     {"empty", "", {}},
 };
 

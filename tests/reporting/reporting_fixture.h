@@ -15,15 +15,11 @@
 
 namespace tallybot::reporting::test {
 
-// The default colour strings: labels in colour 10, values in colour 2.
-inline const std::string E = "\x03"
-                             "10";
-inline const std::string I = "\x03"
-                             "2";
-inline const std::string Red = "\x03"
-                               "04";
-inline const std::string Blue = "\x03"
-                                "12";
+// The default colour strings: labels in colour 10, values in colour 2 (octal \003 is the colour code).
+inline const std::string E = "\00310";
+inline const std::string I = "\0032";
+inline const std::string Red = "\00304";
+inline const std::string Blue = "\00312";
 
 struct FakeChannel : ChannelSink {
     void SendToChannel(const std::string& text) override { lines.push_back(text); }
