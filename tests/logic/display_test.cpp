@@ -45,9 +45,7 @@ TEST(TrayTooltipTest, NamesTheConnectionsPerConnState) {
 }
 
 TEST(RenderAnsiTest, ColoursBoldAndLatin1BecomeTerminalText) {
-    const irc::PaneLine line = irc::BuildPaneLine("a\x02\x03"
-                                                  "4b\xE9",
-                                                  255);
+    const irc::PaneLine line = irc::BuildPaneLine("a\002\0034b\351", 255);
     EXPECT_EQ(RenderAnsi(line), "\x1b[0;38;2;255;0;0ma\x1b[0;1;38;2;255;0;0mb\xC3\xA9\x1b[0m");
 }
 

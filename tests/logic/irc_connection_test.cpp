@@ -61,9 +61,7 @@ TEST_F(LogicTest, JoinPostsTheOnJoinMessageAndArmsIntervalPostsOnlyWithBothConne
     Start(IrcIni() + "[OnJoin]\r\nEnabled=1\r\nMessage=Hello $ic$all\r\n");
     logic->cmdIRCConnection_Click();
     RegisterIrc();
-    EXPECT_NE(std::find(transport.sent.begin(), transport.sent.end(),
-                        "PRIVMSG #chan :Hello \x03"
-                        "2all\r\n"),
+    EXPECT_NE(std::find(transport.sent.begin(), transport.sent.end(), "PRIVMSG #chan :Hello \0032all\r\n"),
               transport.sent.end());
     EXPECT_FALSE(timers.Last(MainTimer::IRCPost)->enabled);
 }

@@ -63,12 +63,7 @@ TEST_F(LogicTest, ShutdownStopsQueryThenQuitsIrcThenSavesAndEndsWithAFreshLog) {
     logic->Form_QueryUnload();
     EXPECT_EQ(logic->Settings().ConnState, 0);
     EXPECT_EQ(logic->View().Query.cmdGamQueryCaption, "S&tart");
-    EXPECT_EQ(transport.Last(), "QUIT \x03"
-                                "10Tallybot\x03"
-                                "2\xA0"
-                                "1.0.0\xA0\x03"
-                                "10by\xA0\x03"
-                                "2Kavik\r\n");
+    EXPECT_EQ(transport.Last(), "QUIT \00310Tallybot\0032\2401.0.0\240\00310by\240\0032Kavik\r\n");
     EXPECT_EQ(ReadBytes(home.File("Tallybot.log")),
               Entry("frmMain", "Form_QueryUnload", "Application terminated normally"));
     const std::string ini = ReadBytes(home.File("Tallybot.ini"));
