@@ -103,11 +103,7 @@ TEST(BinaryRepliesRobustnessTest, SixtyPlayersKeepFifty) {
         std::string head, record;
     };
     const Case cases[] = {
-        {ParseHLReply,
-         std::string("\xFF\xFF\xFF\xFF"
-                     "D\x3C\x01",
-                     7),
-         std::string("Pl\0\x05\0\0\0\0\0\0\0\x02", 12)},
+        {ParseHLReply, std::string("\377\377\377\377D\074\001", 7), std::string("Pl\0\005\0\0\0\0\0\0\0\002", 12)},
         {ParseUT2003Reply, std::string("\x80\0\0\0\x02", 5), std::string("\x01\0\0\0\x03Pl\0\x05\0\0\0\x07\0\0\0", 16)},
         {ParseD3EngineData, std::string("\xFF\xFFinfoResponse\0\0\0\0\0\x29\0\x01\0\0\0", 25),
          std::string("\x01\0\x05\0\0\0\0Pl\0", 10)},

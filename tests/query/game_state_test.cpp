@@ -2,6 +2,8 @@
 
 #include "app/vb_convert.h"
 #include "query/game_state.h"
+#include "tests/support/param_name.h"
+#include "tests/support/query_printers.h"
 
 #include <gtest/gtest.h>
 
@@ -100,7 +102,8 @@ INSTANTIATE_TEST_SUITE_P(Cases, ClearNameTest,
                                            NameCase{"\"Quoted ^2One\"", "Quoted One"}, NameCase{"end^", "end^"},
                                            NameCase{"^^1x", "^x"}, NameCase{"^X12", ""}, NameCase{"ab^Xff", "ab"},
                                            NameCase{"^\"q", "^q"}, NameCase{"", ""},
-                                           NameCase{"\xE9l\xE8ve\xFF", "\xE9l\xE8ve\xFF"}));
+                                           NameCase{"\xE9l\xE8ve\xFF", "\xE9l\xE8ve\xFF"}),
+                         [](const auto& info) { return testsupport::ParamWord(info.param.in); });
 
 } // namespace
 } // namespace tallybot::query

@@ -1,6 +1,7 @@
 // GameSpy "\status\" replies of UT and AA: fields, player groups, the ping cap and the CTF rule.
 
 #include "query/parsers.h"
+#include "tests/support/query_printers.h"
 #include "tests/support/reply_fixture.h"
 
 #include <gtest/gtest.h>

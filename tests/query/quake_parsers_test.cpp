@@ -3,6 +3,7 @@
 #include "query/parsers.h"
 #include "query/quake_family.h"
 #include "tests/support/fixture_file.h"
+#include "tests/support/query_printers.h"
 
 #include <gtest/gtest.h>
 

@@ -235,9 +235,7 @@ TEST_F(QueryCycleTest, TenthSilentRoundStopsAndAReplyResetsTheCount) {
     Start("1.2.3.4:27960"); // round 1
     for (int i = 2; i <= 9; ++i)
         cycle.tmrGamQuery_Timer();
-    cycle.sckGamServ_DataArrival("\xFF\xFF\xFF\xFF"
-                                 "disconnect",
-                                 {});
+    cycle.sckGamServ_DataArrival("\377\377\377\377disconnect", {});
     for (int i = 1; i <= 9; ++i)
         cycle.tmrGamQuery_Timer();
     EXPECT_TRUE(cycle.IsRunning());

@@ -84,7 +84,8 @@ TEST_P(EngineDetection, ProbeRoundFindsTheEngineAndItsMap) {
 
 INSTANTIATE_TEST_SUITE_P(EveryEngine, EngineDetection,
                          ::testing::Values("Q2", "Q3", "UT", "HL", "RTCW", "EF", "JK2", "SoF2", "UT2k3", "MoH", "ET",
-                                           "JA", "CoD", "AA", "EF2", "FC", "D3"));
+                                           "JA", "CoD", "AA", "EF2", "FC", "D3"),
+                         [](const auto& info) { return std::string(info.param); });
 
 TEST_F(QueryRunnerTest, GameSpyIsAskedOnThePortPlusOneAndAssembledInOrder) {
     GamesimProcess sim;
@@ -117,7 +118,8 @@ TEST_P(SubQueries, RotateAtAThirdOfTheInterval) {
     EXPECT_EQ(view.tmrGamQueryInterval, 20);
 }
 
-INSTANTIATE_TEST_SUITE_P(ThreeStepEngines, SubQueries, ::testing::Values("HL", "UT2k3", "FC"));
+INSTANTIATE_TEST_SUITE_P(ThreeStepEngines, SubQueries, ::testing::Values("HL", "UT2k3", "FC"),
+                         [](const auto& info) { return std::string(info.param); });
 
 TEST_F(QueryRunnerTest, SilentServerStopsTheQuery) {
     GamesimProcess sim;
