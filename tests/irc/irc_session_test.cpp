@@ -79,23 +79,6 @@ TEST(IrcSession, OperatorsDisconnectNeverReconnects) {
     EXPECT_FALSE(rig.PaneHas("*** Reconnecting in 10 seconds"));
 }
 
-TEST(IrcSession, SocketErrorWithReconnectDoesNotEndTheHostsSession) {
-    SessionRig rig;
-    rig.options.AutoReconnect = true;
-    rig.irc.Connect();
-    rig.sockets.serverState = kSockError;
-    rig.session.OnServerError(10061, "Connection refused");
-    EXPECT_EQ(rig.events, std::vector<std::string>{"StatusChange 1"});
-    rig.After(10'000);
-    EXPECT_EQ(rig.sockets.connects.size(), 2u);
-    // The operator gives up while the next attempt waits: nothing more happens.
-    rig.sockets.serverState = kSockError;
-    rig.session.OnServerError(10061, "Connection refused");
-    rig.irc.Disconnect("bye");
-    rig.After(3'600'000);
-    EXPECT_EQ(rig.sockets.connects.size(), 2u);
-}
-
 TEST(IrcSession, SwitchesOffKeepTheClassicEnd) {
     SessionRig rig;
     rig.Join();

@@ -91,32 +91,5 @@ INSTANTIATE_TEST_SUITE_P(
                                  {5000, kCtcp, {kCtcp}}}}), // the first answer left the window
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(SendQueue, TwelveLinePostLeavesOverFourteenSeconds) {
-    SendQueue queue;
-    std::vector<std::uint64_t> sentAt;
-    for (int n = 1; n <= 12; ++n) {
-        for (const auto& line : queue.Offer(Line(n), 0)) {
-            (void)line;
-            sentAt.push_back(0);
-        }
-    }
-    while (auto next = queue.NextDueMs()) {
-        for (const auto& line : queue.Due(*next)) {
-            (void)line;
-            sentAt.push_back(*next);
-        }
-    }
-    EXPECT_EQ(sentAt, (std::vector<std::uint64_t>{0, 0, 0, 0, 0, 2000, 4000, 6000, 8000, 10000, 12000, 14000}));
-}
-
-TEST(SendQueue, CtcpAnswerIsTheNoticeWithADelimiter) {
-    EXPECT_TRUE(SendQueue::IsCtcpAnswer("NOTICE bob :\x01PING 1\x01\r\n"));
-    EXPECT_FALSE(SendQueue::IsCtcpAnswer("NOTICE bob :hello\r\n"));
-    EXPECT_FALSE(SendQueue::IsCtcpAnswer("PRIVMSG bob :\x01"
-                                         "ACTION waves\x01\r\n"));
-    EXPECT_TRUE(SendQueue::Bypasses("PONG :x\r\n"));
-    EXPECT_FALSE(SendQueue::Bypasses("PONGO\r\n"));
-}
-
 } // namespace
 } // namespace tallybot::irc
