@@ -96,6 +96,8 @@ QWidget* frmProfiles::BuildGeneralPage() {
     engine->addItem("Any engine (default profile)");
     for (int id = 1; id <= query::kEngineCount; ++id)
         engine->addItem(FromBytes(query::EngineCode(id)));
+    // The list index is the engine id, so the A2S engine sits right after the classic seventeen.
+    engine->addItem(QStringLiteral("A2S"));
     form->addRow("Engine:", engine);
     form->addRow("Game name:", Named(new QLineEdit, "txtGameName"));
     form->addRow("Game type:", Named(new QLineEdit, "txtGameType"));
