@@ -12,9 +12,10 @@ if dpkg-query -W -f='${Status}' tallybot 2>/dev/null | grep -q "install ok insta
     exit 2
 fi
 
+# shellcheck source=tools/script_helpers.sh
+. tools/script_helpers.sh
 step() { printf '== %s\n' "$*"; }
 fail() { printf 'check-deb: FAILED: %s\n' "$*" >&2; exit 1; }
-free_port() { python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'; }
 # wait_for FILE PATTERN SECONDS
 wait_for() {
     local deadline=$((SECONDS + $3))
@@ -62,23 +63,8 @@ echo "$version"
 step "a private ngircd and the game simulator"
 irc_port=$(free_port)
 game_port=$(free_port)
-cat >"$work/ngircd.conf" <<EOF
-[Global]
-Name = irc.check.local
-Info = Tallybot package check
-AdminInfo1 = check
-AdminInfo2 = check
-AdminEMail = check@localhost
-Listen = 127.0.0.1
-Ports = $irc_port
-MotdPhrase = package check
-[Limits]
-MaxConnectionsIP = 0
-[Options]
-PAM = no
-Ident = no
-DNS = no
-EOF
+write_ngircd_conf "$work/ngircd.conf" "$irc_port" irc.check.local "Tallybot package check" check check@localhost \
+    "package check"
 ngircd -n -f "$work/ngircd.conf" >"$work/ngircd.log" 2>&1 &
 ircd=$!
 wait_for "$work/ngircd.log" " ready" 10 || { cat "$work/ngircd.log"; fail "ngircd did not start"; }

@@ -31,7 +31,8 @@ cleanup() {
 }
 trap cleanup EXIT
 
-free_port() { python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1",0)); print(s.getsockname()[1])'; }
+# shellcheck source=tools/script_helpers.sh
+. "$root/tools/script_helpers.sh"
 free_udp_pair() {
     python3 - <<'PY'
 import socket
@@ -56,23 +57,8 @@ pids+=($!)
 
 # IRC server.
 irc_port="$(free_port)"
-cat >"$work/ngircd.conf" <<CONF
-[Global]
-Name = irc.tallybot.test
-Info = Tallybot screenshot server
-AdminInfo1 = screenshot
-AdminInfo2 = screenshot
-AdminEMail = admin@localhost
-Listen = 127.0.0.1
-Ports = $irc_port
-MotdPhrase = Welcome to the Tallybot screenshot server
-[Limits]
-MaxConnectionsIP = 0
-[Options]
-PAM = no
-Ident = no
-DNS = no
-CONF
+write_ngircd_conf "$work/ngircd.conf" "$irc_port" irc.tallybot.test "Tallybot screenshot server" screenshot \
+    admin@localhost "Welcome to the Tallybot screenshot server"
 ngircd -n -f "$work/ngircd.conf" >"$work/ngircd.log" 2>&1 &
 pids+=($!)
 
