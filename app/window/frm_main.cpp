@@ -1,4 +1,4 @@
-#include "app/qt/frm_main.h"
+#include "app/window/frm_main.h"
 
 #include "app/logic/main_logic.h"
 #include "desktop/irc_pane_widget.h"

@@ -1,6 +1,6 @@
 // frmMain: the menus, the tray icon and the windows opened from them.
 #include "app/logic/main_logic.h"
-#include "app/qt/frm_main.h"
+#include "app/window/frm_main.h"
 #include "desktop/frm_about.h"
 #include "desktop/frm_assign_players.h"
 #include "desktop/frm_correct_score.h"

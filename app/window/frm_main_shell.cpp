@@ -1,6 +1,6 @@
-#include "app/qt/frm_main_shell.h"
+#include "app/window/frm_main_shell.h"
 
-#include "app/qt/frm_main.h"
+#include "app/window/frm_main.h"
 
 #include <cstdio>
 

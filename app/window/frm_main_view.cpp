@@ -1,7 +1,7 @@
 // frmMain: mirroring the view state, first activation, resize to the tray and closing.
 #include "app/app_settings.h"
 #include "app/logic/main_logic.h"
-#include "app/qt/frm_main.h"
+#include "app/window/frm_main.h"
 #include "desktop/message_boxes.h"
 #include "query/query_cycle.h"
 

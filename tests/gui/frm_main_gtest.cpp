@@ -1,6 +1,6 @@
 // The main window over a real MainLogic with fake IRC sockets: controls and menus by name, the
 // connect button, the query controls, the tray texts, first activation and the correction dialogs.
-#include "app/qt/frm_main.h"
+#include "app/window/frm_main.h"
 #include "desktop/irc_pane_widget.h"
 #include "query/query_cycle.h"
 #include "tests/gui/fake_message_boxes.h"

@@ -1,0 +1,50 @@
+#include "app/qt/program_start.h"
+
+#include "app/qt/remote_server.h"
+
+#include <cstdlib>
+#include <vector>
+
+#include <QCoreApplication>
+#include <QString>
+
+namespace tallybot::app {
+namespace {
+
+std::string Env(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+// Where the shipped profiles may be, installed or in a build tree.
+std::vector<std::string> ProfileSources(const std::string& programFolder) {
+    return {programFolder + "/../share/tallybot/Profiles", programFolder + "/profiles",
+            programFolder + "/../../profiles/default", programFolder + "/../../../profiles/default"};
+}
+
+} // namespace
+
+ProgramPlace LocateProgram(const CommandLine& line) {
+    ProgramPlace place;
+    place.programFolder = QCoreApplication::applicationDirPath().toStdString();
+    place.home = ResolveHomeFolder(line.home, place.programFolder, Env("XDG_CONFIG_HOME"), Env("HOME"));
+    return place;
+}
+
+std::optional<int> DeliverToRunning(const CommandLine& line, const ProgramPlace& place) {
+    const QString homeText = QString::fromLocal8Bit(place.home.c_str());
+    if (line.send) return RemoteServer::Send(homeText, line.command) ? 0 : 1;
+    if (!line.command.empty() && RemoteServer::Send(homeText, line.command)) return 0;
+    return std::nullopt;
+}
+
+StartupOptions PrepareStartup(const CommandLine& line, const ProgramPlace& place, OperatorShell& shell) {
+    StartupOptions options;
+    options.home = PrepareHomeFolder(place.home, ProfileSources(place.programFolder));
+    options.shell = &shell;
+    options.facts = CollectSystemFacts();
+    options.commandLine = line.command;
+    return options;
+}
+
+} // namespace tallybot::app
