@@ -78,8 +78,7 @@ TEST(IrcConnection, QuitTextTravelsWithoutBlanks) {
     IrcRig rig;
     rig.Join();
     rig.irc.Disconnect("good bye");
-    EXPECT_EQ(rig.transport.sent, Strings{"QUIT good\xA0"
-                                          "bye\r\n"});
+    EXPECT_EQ(rig.transport.sent, Strings{"QUIT good\240bye\r\n"});
     EXPECT_EQ(rig.events, Strings{"Disconnected"});
     EXPECT_EQ(rig.irc.ConnectStatus(), 3); // back to 0 only when the socket closes
 }
@@ -117,8 +116,7 @@ TEST(IrcConnection, ServerErrorLineDisconnectsWithQuitMessage) {
     rig.Join();
     rig.Line("ERROR :Closing Link: flood");
     EXPECT_EQ(rig.LastPane(), "[IRC] Closing Link: flood");
-    EXPECT_EQ(rig.transport.sent, Strings{"QUIT uscIRC\xA0"
-                                          "1.0\xA0-\xA0Tallybot\r\n"});
+    EXPECT_EQ(rig.transport.sent, Strings{"QUIT uscIRC\2401.0\240-\240Tallybot\r\n"});
 }
 
 TEST(IrcConnection, KickOfOurselvesRejoinsAtOnce) {

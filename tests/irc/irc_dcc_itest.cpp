@@ -105,12 +105,9 @@ TEST_F(DccSession, LongerLocalFileAsksResumeAndConnectsAfterAccept) {
     WriteFile(path, local);
     irc.questions.answers = {true, true};
     Offer();
-    const std::string resume = "PRIVMSG bob :\x01"
-                               "DCC RESUME report.txt " +
-                               std::to_string(sender.Port()) + " " + std::to_string(local.size()) + "\x01";
-    ASSERT_TRUE(fake.WaitForLine("^PRIVMSG bob :\x01"
-                                 "DCC RESUME "))
-        << fake.Received().Transcript();
+    const std::string resume = "PRIVMSG bob :\001DCC RESUME report.txt " + std::to_string(sender.Port()) + " " +
+                               std::to_string(local.size()) + "\x01";
+    ASSERT_TRUE(fake.WaitForLine("^PRIVMSG bob :\001DCC RESUME ")) << fake.Received().Transcript();
     EXPECT_EQ(fake.Received().Lines().back(), resume);
     EXPECT_EQ(irc.questions.asked, (std::vector<std::string>{"Accept DCC?", "Save file...", "Resume transfer?"}));
     EXPECT_EQ(sender.Connections(), 0);

@@ -10,8 +10,7 @@ using testing::IrcRig;
 using Strings = std::vector<std::string>;
 
 // 3232235777 is 192.168.1.1.
-const std::string kOffer = ":bob!b@h PRIVMSG Corvamo :\x01"
-                           "DCC SEND demo.dm_68 3232235777 5000 1234567\x01";
+const std::string kOffer = ":bob!b@h PRIVMSG Corvamo :\001DCC SEND demo.dm_68 3232235777 5000 1234567\001";
 
 TEST(Dcc, HeadlessDeclinesWithTheSizePattern) {
     IrcRig rig;
@@ -28,8 +27,7 @@ TEST(Dcc, AcceptedNewFileIsReceivedAndAcknowledged) {
     IrcRig rig;
     rig.Join();
     rig.questions.answers = {true};
-    rig.Line(":bob!b@h PRIVMSG Corvamo :\x01"
-             "DCC SEND ../../.bashrc 3232235777 5000 6\x01");
+    rig.Line(":bob!b@h PRIVMSG Corvamo :\001DCC SEND ../../.bashrc 3232235777 5000 6\001");
     EXPECT_EQ(rig.questions.proposed, "bashrc");
     ASSERT_EQ(rig.transport.dccConnects.size(), 1u);
     EXPECT_EQ(rig.transport.dccConnects[0], std::make_pair(std::string("192.168.1.1"), 5000));
@@ -68,17 +66,13 @@ TEST(Dcc, LongerLocalFileAsksToResumeThenWaitsForAccept) {
     IrcRig rig;
     rig.files.files["/downloads/file.bin"] = "0123456789";
     rig.questions.answers = {true, true};
-    rig.Line(":bob!b@h PRIVMSG Corvamo :\x01"
-             "DCC SEND f.txt 2130706433 4000 8\x01");
+    rig.Line(":bob!b@h PRIVMSG Corvamo :\001DCC SEND f.txt 2130706433 4000 8\001");
     EXPECT_EQ(rig.questions.asked.back(), "Resume transfer?|Do you want to resume receiving this file?");
-    EXPECT_EQ(rig.transport.Last(), "PRIVMSG bob :\x01"
-                                    "DCC RESUME f.txt 4000 10\x01\r\n");
+    EXPECT_EQ(rig.transport.Last(), "PRIVMSG bob :\001DCC RESUME f.txt 4000 10\001\r\n");
     EXPECT_TRUE(rig.transport.dccConnects.empty());
-    rig.Line(":eve!e@h PRIVMSG Corvamo :\x01"
-             "DCC ACCEPT f.txt 4000 10\x01");
+    rig.Line(":eve!e@h PRIVMSG Corvamo :\001DCC ACCEPT f.txt 4000 10\001");
     EXPECT_TRUE(rig.transport.dccConnects.empty());
-    rig.Line(":bob!b@h PRIVMSG Corvamo :\x01"
-             "DCC ACCEPT f.txt 4000 10\x01");
+    rig.Line(":bob!b@h PRIVMSG Corvamo :\001DCC ACCEPT f.txt 4000 10\001");
     ASSERT_EQ(rig.transport.dccConnects.size(), 1u);
     EXPECT_EQ(rig.transport.dccConnects[0], std::make_pair(std::string("127.0.0.1"), 4000));
     rig.irc.OnDccConnected();

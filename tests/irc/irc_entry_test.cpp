@@ -39,12 +39,7 @@ INSTANTIATE_TEST_SUITE_P(
         EntryCase{"ChannelText", "hello all", 3, {"PRIVMSG #Zephra :hello all\r\n"}, "<Corvamo> hello all"},
         EntryCase{"BlankText", "   ", 3, {}, ""},
         EntryCase{"TextTypeZero", "hi", 0, {}, "*** You are not on a channel"},
-        EntryCase{"Me",
-                  "/me waves",
-                  3,
-                  {"PRIVMSG #Zephra :\x01"
-                   "ACTION waves\x01\r\n"},
-                  "* Corvamo waves"},
+        EntryCase{"Me", "/me waves", 3, {"PRIVMSG #Zephra :\001ACTION waves\001\r\n"}, "* Corvamo waves"},
         EntryCase{"MeTypeZero", "/ME waves", 0, {}, "*** You are not on a channel"},
         EntryCase{"Join", "/join #ctf", 0, {"JOIN #ctf\r\n"}, ""},
         EntryCase{"Msg", "/msg bob hi there", 3, {"PRIVMSG bob :hi there\r\n"}, "-> *bob* hi there"},

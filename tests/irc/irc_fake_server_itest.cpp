@@ -117,8 +117,7 @@ TEST_F(FakeServerSession, ErrorLineIsShownAndQuitsThenCloseResetsState) {
     Connect();
     fake.WriteLine("ERROR :Closing Link: 127.0.0.1 (Bad password)");
     ASSERT_TRUE(fake.WaitForLine("^QUIT ")) << fake.Received().Transcript();
-    EXPECT_EQ(fake.Received().Lines().back(), "QUIT uscIRC\xA0"
-                                              "1.0\xA0-\xA0Tallybot");
+    EXPECT_EQ(fake.Received().Lines().back(), "QUIT uscIRC\2401.0\240-\240Tallybot");
     EXPECT_EQ(irc.CountPane("[IRC] Closing Link: 127.0.0.1 (Bad password)"), 1) << irc.PaneText();
     EXPECT_EQ(irc.disconnectedEvents, 1);
 

@@ -70,9 +70,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "bob has been idle 42 seconds , singed on 2023-11-14 22:13:20"},
         NumericCase{":s 319 me bob :@#a #b", 1, "bob on @#a #b"},
         NumericCase{":s 331 me #c :No topic", 1, "*** No Topic is set"}, NumericCase{":s 331 me #c :No topic", 0, ""},
-        NumericCase{":s 332 me #c :frag on", 3,
-                    "*** Topic is 'frag on\x03"
-                    "3'"},
+        NumericCase{":s 332 me #c :frag on", 3, "*** Topic is 'frag on\0033'"},
         NumericCase{":s 333 me #c bob 1700000000", 3, "*** Set by bob on 2023-11-14 22:13:20"},
         NumericCase{":s 341 me bob #c", 0, "bob has been invited to #c"},
         NumericCase{":s 351 me 26.1 srv :ngircd", 0, "Server Version: ngircd"},
@@ -81,7 +79,11 @@ INSTANTIATE_TEST_SUITE_P(
         NumericCase{":s 433 * Corvamo :Nickname already in use", 1, "Nickname already in use"},
         NumericCase{":s 502 me :Cant change mode", 1, "Cant change mode"},
         NumericCase{":s 401 me bob :No such nick", 3, ""}, NumericCase{":s 376 me :End of MOTD", 3, ""},
-        NumericCase{":s 999 me :odd", 3, ""}));
+        NumericCase{":s 999 me :odd", 3, ""}),
+    // ":s 332 me ..." under control type 3 is N332Type3.
+    [](const auto& info) {
+        return "N" + info.param.line.substr(3, 3) + "Type" + std::to_string(info.param.controlType);
+    });
 
 TEST(IrcLines, NamesFillTheUserListForTypesOneAndThree) {
     IrcRig rig;
@@ -132,12 +134,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         CommandCase{"Join", ":bob!b@h JOIN :#Zephra", "*** bob has joined #Zephra", {"UserJoin bob"}, {}},
         CommandCase{"Nick", ":bob!b@h NICK :rob", "*** bob is now known as rob", {"UserNameChange bob rob"}, {}},
-        CommandCase{"Action",
-                    ":bob!b@h PRIVMSG #Zephra :\x01"
-                    "ACTION waves\x01",
-                    "* bob waves",
-                    {},
-                    {}},
+        CommandCase{"Action", ":bob!b@h PRIVMSG #Zephra :\001ACTION waves\001", "* bob waves", {}, {}},
         CommandCase{"Channel", ":a!b@h PRIVMSG #Zephra :!info x", "<a> !info x", {"UserCommand !info x|a|b"}, {}},
         CommandCase{"Private", ":a!b@h PRIVMSG Corvamo :hello", "*a* -> hello", {}, {}},
         CommandCase{"Mode", ":op!o@h MODE #Zephra +o bob", "*** op sets mode: +o bob", {"UserModeChange +o bob"}, {}},
@@ -152,13 +149,7 @@ INSTANTIATE_TEST_SUITE_P(
         CommandCase{
             "Quit", ":bob!b@h QUIT :Ping timeout", "*** bob has quit IRC (Ping timeout)", {"UserLeave bob 0"}, {}},
         CommandCase{"Notice", ":bob!b@h NOTICE Corvamo :psst", "-bob- psst", {}, {}},
-        CommandCase{"DccNotice",
-                    ":bob!b@h NOTICE Corvamo :\x01"
-                    "DCC SEND x\x01",
-                    "bob - \x01"
-                    "DCC SEND x\x01",
-                    {},
-                    {}},
+        CommandCase{"DccNotice", ":bob!b@h NOTICE Corvamo :\001DCC SEND x\001", "bob - \001DCC SEND x\001", {}, {}},
         CommandCase{"CtcpPingReply", ":bob!b@h NOTICE Corvamo :\x01PING 99\x01", "[bob PING reply]: 99\x01", {}, {}},
         CommandCase{"CtcpVersionReply",
                     ":bob!b@h NOTICE Corvamo :\x01VERSION mIRC v6\x01",
@@ -229,8 +220,7 @@ TEST(IrcLines, CtcpDccIgnoredWhenDisabled) {
     IrcRig rig;
     rig.Join();
     rig.irc.Properties().EnableDCC = false;
-    rig.Line(":bob!b@h PRIVMSG Corvamo :\x01"
-             "DCC SEND f 1 2 3\x01");
+    rig.Line(":bob!b@h PRIVMSG Corvamo :\001DCC SEND f 1 2 3\001");
     EXPECT_TRUE(rig.questions.asked.empty());
     EXPECT_TRUE(rig.transport.sent.empty());
 }

@@ -101,10 +101,7 @@ TEST_F(NgircdSession, QuitTextTravelsAsOneWord) {
     EXPECT_EQ(irc.disconnectedEvents, 1);
     const auto quit = alice.WaitForLine(R"(^:Tallybot!\S+ QUIT )");
     ASSERT_TRUE(quit) << alice.Transcript();
-    EXPECT_NE(quit->find("good\xA0"
-                         "bye"),
-              std::string::npos)
-        << *quit;
+    EXPECT_NE(quit->find("good\240bye"), std::string::npos) << *quit;
     // The server closes the link after QUIT; only then does the state return to 0.
     EXPECT_TRUE(irc.WaitForStatus(kNotConnected)) << irc.PaneText();
     EXPECT_EQ(irc.CountPane("*** Disconnected"), 1) << irc.PaneText();

@@ -28,40 +28,19 @@ INSTANTIATE_TEST_SUITE_P(
     Codes, PaneRuns,
     ::testing::Values(PaneCase{"Plain", "hello\r\n", {Run("hello", 0x660000)}},
                       PaneCase{"BoldTwiceIsNormal",
-                               "a\x02"
-                               "b\x02"
-                               "c",
+                               "a\002b\002c",
                                {Run("a", 0x660000), Run("b", 0x660000, true), Run("c", 0x660000)}},
                       PaneCase{"Underline", "\x1Fu\x1Fn", {Run("u", 0x660000, false, true), Run("n", 0x660000)}},
                       PaneCase{"ResetRestoresColourBoldUnderline",
-                               "\x02\x1F\x03"
-                               "4r\x0Fn",
+                               "\002\037\0034r\017n",
                                {Run("r", 0x0000FF, true, true), Run("n", 0x660000)}},
-                      PaneCase{"ForegroundAndBackground",
-                               "\x03"
-                               "04,12x",
-                               {Run("x", 0x0000FF, false, false, 0xFC0000)}},
-                      PaneCase{"ColourSixteenChangesNothing",
-                               "\x03"
-                               "16x",
-                               {Run("x", 0x660000)}},
-                      PaneCase{"ColourSixteenEndsTheCode",
-                               "\x03"
-                               "99,3x",
-                               {Run(",3x", 0x660000)}},
-                      PaneCase{"ThreeDigitsReadTwo",
-                               "\x03"
-                               "123",
-                               {Run("3", 0xFC0000)}},
-                      PaneCase{"CommaWithoutDigitsIsText",
-                               "\x03"
-                               "3,x",
-                               {Run(",x", 0x009300)}},
+                      PaneCase{"ForegroundAndBackground", "\00304,12x", {Run("x", 0x0000FF, false, false, 0xFC0000)}},
+                      PaneCase{"ColourSixteenChangesNothing", "\00316x", {Run("x", 0x660000)}},
+                      PaneCase{"ColourSixteenEndsTheCode", "\00399,3x", {Run(",3x", 0x660000)}},
+                      PaneCase{"ThreeDigitsReadTwo", "\003123", {Run("3", 0xFC0000)}},
+                      PaneCase{"CommaWithoutDigitsIsText", "\0033,x", {Run(",x", 0x009300)}},
                       PaneCase{"BareColourCode", "\x03x", {Run("x", 0x660000)}},
-                      PaneCase{"TopicCloser",
-                               "'t\x03"
-                               "3'",
-                               {Run("'t", 0x660000), Run("'", 0x009300)}}),
+                      PaneCase{"TopicCloser", "'t\0033'", {Run("'t", 0x660000), Run("'", 0x009300)}}),
     [](const auto& info) { return info.param.name; });
 
 TEST(Pane, TimeStampPutsShortTimeInFront) {
