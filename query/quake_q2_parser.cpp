@@ -6,6 +6,7 @@
 
 #include "app/error_trap.h"
 #include "query/parsers.h"
+#include "query/quake_family.h"
 #include "query/quake_text.h"
 
 namespace tallybot::query {
@@ -66,25 +67,11 @@ void ParseQ2(std::string_view reply, GameState& state, const profiles::GameProfi
     ServerStatus& s = state.Status;
     ClearServerStatus(s);
     std::string_view rest = reply;
-    Extract(rest, '\n'); // header
-    std::string_view keys = Extract(rest, '\n');
-    if (!keys.empty()) keys.remove_prefix(1); // the leading "\"
-
     std::uint8_t counter = 0;
-    ScanKeys(keys, s, counter);
+    ScanKeys(quake::TakeKeyLine(rest), s, counter);
 
     // After "deathmatch" 1 the first player lands in slot 2 and slot 1 stays empty: kept.
-    int n = counter;
-    while (!rest.empty() && n < kMaxPlayers) { // a player beyond slot 50 ends the lines
-        ++n;
-        PlayerStatus& p = state.Players[static_cast<std::size_t>(n)];
-        std::string_view line = Extract(rest, '\n');
-        std::string_view score = Extract(line, ' ');
-        ResumeNext([&] { p.Score = quake::ToInt16(score); });
-        std::string_view ping = Extract(line, ' ');
-        ResumeNext([&] { p.Ping = quake::ToInt32(ping); });
-        p.Name = ClearName(line);
-    }
+    const int n = quake::ReadPlayerLines(rest, state.Players, counter, true);
     // Every reader walks slots 1..NumPlayers, so the count never points past the table.
     s.NumPlayers = n < kMaxPlayers ? n : kMaxPlayers;
     s.ScoreTime = "N/A";

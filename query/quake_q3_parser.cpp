@@ -111,32 +111,15 @@ void ParseQ3FamilyLines(std::string_view reply, GameState& state, const profiles
     ServerStatus& s = state.Status;
     ClearServerStatus(s);
     std::string_view rest = reply;
-    Extract(rest, '\n'); // header
-    std::string_view keys = Extract(rest, '\n');
-    if (!keys.empty()) keys.remove_prefix(1); // the leading "\"
-
     TeamLists lists;
-    ScanKeys(keys, s, lists);
+    ScanKeys(TakeKeyLine(rest), s, lists);
 
     if (profile.AutoTeams == 1) {
         ClearPlayers(state.Players, 0, 1);
         AssignTeams(state, lists);
     }
 
-    int n = 0;
-    while (!rest.empty()) {
-        if (n == kMaxPlayers) break; // a 51st player is out of the table: the first 50 stay
-        ++n;
-        PlayerStatus& p = state.Players[static_cast<std::size_t>(n)];
-        std::string_view line = Extract(rest, '\n');
-        if (!linesWithoutScore) {
-            std::string_view score = Extract(line, ' ');
-            ResumeNext([&] { p.Score = ToInt16(score); });
-        }
-        std::string_view ping = Extract(line, ' ');
-        ResumeNext([&] { p.Ping = ToInt32(ping); });
-        p.Name = ClearName(line);
-    }
+    const int n = ReadPlayerLines(rest, state.Players, 0, !linesWithoutScore);
     s.NumPlayers = n;
     ClearPlayers(state.Players, n + 1, 0);
 }
