@@ -84,15 +84,19 @@ std::optional<std::string> AssembleGameSpy(std::string& buffer, std::string_view
     return reply;
 }
 
+std::optional<std::string> HostPortRefusal(const std::string& host, const std::string& port) {
+    if (host.empty() || port.empty()) return "You have to enter both, an address and a port for the new server!";
+    if (!IsNumeric(port)) return "The specified port must be numerical!";
+    return std::nullopt;
+}
+
 AddressCheck ValidateAddress(const std::string& host, const std::string& port,
                              const std::function<void(const std::string&)>& showMessage) {
     const auto refuse = [&](const std::string& message) {
         showMessage(message);
         return AddressCheck{};
     };
-    if (host.empty() || port.empty())
-        return refuse("You have to enter both, an address and a port for the new server!");
-    if (!IsNumeric(port)) return refuse("The specified port must be numerical!");
+    if (const auto refusal = HostPortRefusal(host, port)) return refuse(*refusal);
 
     // Digits and dots read as an address; anything else is a name for the resolver.
     std::string digits = host;

@@ -28,6 +28,10 @@ struct AddressCheck {
     bool operator==(const AddressCheck&) const = default;
 };
 
+// The first checks of every address check: the text refusing a missing host or port, or a port
+// that is no number; nothing when both pass.
+std::optional<std::string> HostPortRefusal(const std::string& host, const std::string& port);
+
 // The numeric checks of ValidateAddress; each refusal hands its message to showMessage.
 AddressCheck ValidateAddress(const std::string& host, const std::string& port,
                              const std::function<void(const std::string&)>& showMessage);

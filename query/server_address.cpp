@@ -51,15 +51,6 @@ int CountGroups(std::string_view side, bool mayEndInQuad) {
     }
 }
 
-bool IsNumeric(const std::string& text) {
-    try {
-        vb::ParseNumber(text);
-        return true;
-    } catch (const vb::VbError&) {
-        return false;
-    }
-}
-
 } // namespace
 
 bool IsIPv6Literal(std::string_view text) {
@@ -105,9 +96,7 @@ AddressCheck ValidateIPv6Address(const std::string& host, const std::string& por
         showMessage(message);
         return AddressCheck{};
     };
-    if (host.empty() || port.empty())
-        return refuse("You have to enter both, an address and a port for the new server!");
-    if (!IsNumeric(port)) return refuse("The specified port must be numerical!");
+    if (const auto refusal = HostPortRefusal(host, port)) return refuse(*refusal);
     if (!IsIPv6Literal(host)) return refuse("The IPv6 address entered is not valid!");
     return {AddressCheck::Kind::Address, host};
 }
