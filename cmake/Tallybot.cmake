@@ -42,7 +42,7 @@ function(tallybot_tests sub)
             # Integration tests run the real programs.
             add_dependencies(${target} tallybot tallybot-gamesim)
         endif()
-        gtest_discover_tests(${target}
+        gtest_discover_tests(${target} NO_PRETTY_VALUES
             PROPERTIES LABELS ${label}
                        ENVIRONMENT QT_QPA_PLATFORM=offscreen
             DISCOVERY_TIMEOUT 60)
