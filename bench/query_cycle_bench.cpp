@@ -4,6 +4,7 @@
 #include "app/app_settings.h"
 #include "query/parsers.h"
 #include "query/query_cycle.h"
+#include "tests/support/parsing_query_host.h"
 
 #include <string>
 
@@ -22,21 +23,10 @@ struct NullSocket : query::QuerySocket {
 };
 
 // Real parsing; the reporting call only counts, which is where the measured road ends.
-struct ParsingHost : query::QueryHost {
-    ParsingHost(query::GameState& s, app::AppSettings& a) : state(s), settings(a) {}
-    void ParseReply(int engineId, std::string_view reply) override {
-        query::ParseEngineReply(engineId, reply, state, settings.Profiles.Active());
-    }
-    void ResetTeamScores() override {}
+struct ParsingHost : testsupport::ParsingQueryHost {
+    using ParsingQueryHost::ParsingQueryHost;
     void HandleQ3Info(std::string_view) override { ++reports; }
-    void RefreshDisplay() override {}
     void CalcCappedPlayer(int, int) override { ++reports; }
-    void SelectProfile() override {}
-    void RefreshControls() override {}
-    void ShowMessage(const std::string&) override {}
-    void Log(const std::string&, const std::string&, long, const std::string&, bool) override {}
-    query::GameState& state;
-    app::AppSettings& settings;
     long reports = 0;
 };
 

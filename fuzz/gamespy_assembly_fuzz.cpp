@@ -7,34 +7,14 @@
 #include "query/parsers.h"
 #include "query/query_cycle.h"
 #include "query/query_cycle_packets.h"
+#include "tests/support/parsing_query_host.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 
-namespace {
-
 using namespace tallybot;
-
-struct ParsingHost : query::QueryHost {
-    ParsingHost(query::GameState& s, app::AppSettings& a) : state(s), settings(a) {}
-    void ParseReply(int engineId, std::string_view reply) override {
-        query::ParseEngineReply(engineId, reply, state, settings.Profiles.Active());
-    }
-    void ResetTeamScores() override {}
-    void HandleQ3Info(std::string_view) override {}
-    void RefreshDisplay() override {}
-    void CalcCappedPlayer(int, int) override {}
-    void SelectProfile() override {}
-    void RefreshControls() override {}
-    void ShowMessage(const std::string&) override {}
-    void Log(const std::string&, const std::string&, long, const std::string&, bool) override {}
-    query::GameState& state;
-    app::AppSettings& settings;
-};
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
@@ -43,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     query::QueryView view;
     query::GameState state;
     app::AppSettings settings;
-    ParsingHost host{state, settings};
+    testsupport::ParsingQueryHost host{state, settings};
     query::QueryCycle cycle{view, state, settings, host};
     view.cmbGamServerText = "127.0.0.1:7777";
     cycle.cmdGamQuery_Click();
