@@ -1,12 +1,12 @@
 #include "desktop/frm_correct_score.h"
 
 #include "desktop/message_boxes.h"
+#include "desktop/ok_cancel_buttons.h"
 #include "profiles/team_assignment.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace tallybot::desktop {
@@ -27,18 +27,7 @@ frmCorrectScore::frmCorrectScore(query::GameState& state, std::int32_t& previous
     auto* form = new QFormLayout;
     form->addRow("Red team score:", m_red);
     form->addRow("Blue team score:", m_blue);
-    auto* ok = new QPushButton("OK");
-    ok->setObjectName("cmdOK");
-    ok->setDefault(true);
-    auto* cancel = new QPushButton("Cancel");
-    cancel->setObjectName("cmdCancel");
-    auto* buttons = new QDialogButtonBox;
-    buttons->addButton(ok, QDialogButtonBox::AcceptRole);
-    buttons->addButton(cancel, QDialogButtonBox::RejectRole);
-    connect(ok, &QPushButton::clicked, this, [this] {
-        if (cmdOK_Click()) accept();
-    });
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    auto* buttons = OkCancelButtons(this, [this] { return cmdOK_Click(); });
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);

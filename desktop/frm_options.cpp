@@ -5,6 +5,7 @@
 #include "desktop/colour_boxes.h"
 #include "desktop/frm_modifiers.h"
 #include "desktop/message_boxes.h"
+#include "desktop/ok_cancel_buttons.h"
 #include "desktop/preview_box.h"
 
 #include <QCheckBox>
@@ -42,18 +43,7 @@ frmOptions::frmOptions(app::AppSettings& settings, MessageBoxes& boxes, QWidget*
          {"txtIRCIdentEmail", "txtIRCRealName", "txtDefGamPort", "txtGamQueryTime", "txtIRCSendDelay"})
         m_validator->Watch(findChild<QLineEdit*>(name));
 
-    auto* ok = new QPushButton("OK");
-    ok->setObjectName("cmdOK");
-    ok->setDefault(true);
-    auto* cancel = new QPushButton("Cancel");
-    cancel->setObjectName("cmdCancel");
-    auto* buttons = new QDialogButtonBox;
-    buttons->addButton(ok, QDialogButtonBox::AcceptRole);
-    buttons->addButton(cancel, QDialogButtonBox::RejectRole);
-    connect(ok, &QPushButton::clicked, this, [this] {
-        if (Confirm()) accept();
-    });
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    auto* buttons = OkCancelButtons(this, [this] { return Confirm(); });
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_tabs, 1);
