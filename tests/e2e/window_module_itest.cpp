@@ -1,0 +1,51 @@
+// The window lives in libtallybot-window.so: the headless runner must map no GUI library, and a
+// `tallybot` without its module must say so instead of failing obscurely.
+#include "tests/app/temp_folder.h"
+#include "tests/e2e/tallybot_process.h"
+
+#include <filesystem>
+
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+namespace tallybot::e2e {
+namespace {
+
+using app::test::ReadBytes;
+using app::test::TempFolder;
+
+TEST(WindowModuleTest, HeadlessRunnerMapsNoGuiLibrary) {
+    TempFolder home;
+    const QString homeArg = QString::fromStdString(home.Slash());
+    QProcess bot;
+    bot.start(TallybotBinary(), {"--home", homeArg, "--headless"});
+    ASSERT_TRUE(bot.waitForStarted(10000));
+    // Delivered means the runner is up with everything it will ever load.
+    ASSERT_TRUE(testsupport::WaitUntil([&] { return RunTallybot({"--home", homeArg, "--send", "DisGam"}) == 0; }));
+    const std::string maps = ReadBytes("/proc/" + std::to_string(bot.processId()) + "/maps");
+    ASSERT_NE(maps.find("libQt6Core"), std::string::npos);
+    for (const char* library : {"libQt6Gui", "libQt6Widgets", "libGL", "libX11", "libxcb", "libfontconfig",
+                                "libfreetype", "libtallybot-window"})
+        EXPECT_EQ(maps.find(library), std::string::npos) << library;
+    bot.terminate();
+    ASSERT_TRUE(bot.waitForFinished(20000));
+    EXPECT_EQ(bot.exitCode(), 0);
+}
+
+TEST(WindowModuleTest, WindowWithoutItsModuleFailsWithAMessage) {
+    TempFolder folder;
+    const std::string copy = folder.File("tallybot");
+    std::filesystem::copy_file(TallybotBinary().toStdString(), copy);
+    QProcess bot;
+    bot.start(QString::fromStdString(copy), {"--home", QString::fromStdString(folder.Slash())});
+    ASSERT_TRUE(bot.waitForFinished(20000));
+    EXPECT_EQ(bot.exitCode(), 1);
+    const std::string error = bot.readAllStandardError().toStdString();
+    const std::string dir = std::filesystem::path(copy).parent_path().string();
+    EXPECT_EQ(error, "tallybot: The window module libtallybot-window.so was not found in " + dir + " or " + dir +
+                         "/../lib/tallybot; run with --headless\n");
+}
+
+} // namespace
+} // namespace tallybot::e2e
