@@ -12,7 +12,9 @@
 #include <string>
 #include <string_view>
 
-#include <QSslSocket>
+#include <QAbstractSocket>
+
+class QTcpSocket;
 
 namespace tallybot::irc {
 
@@ -42,13 +44,16 @@ public:
     const std::string& RemoteHost() const { return m_remoteHost; }
 
 private:
+    // The socket is made at connect time: a plain QTcpSocket, or a QSslSocket only when TLS is on, so
+    // a program that never uses TLS never loads the TLS backend.
+    void PrepareSocket(bool tls);
     void DeliverPending();
     void OnDisconnected();
     void OnError(QAbstractSocket::SocketError error);
     void ReportError(int number, const std::string& description);
 
     Handlers m_handlers;
-    QSslSocket m_socket; // a plain TCP socket unless TLS is switched on
+    QTcpSocket* m_socket = nullptr; // owned; a QSslSocket while TLS is switched on
     TlsOptions m_tls;
     std::string m_remoteHost;
     bool m_inError = false;
