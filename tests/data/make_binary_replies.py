@@ -42,7 +42,7 @@ def ut_files():
     whole = UT_HEAD + sum(UT_PLAYERS, []) + [("queryid", "37.1"), ("final", "")]
     part1 = UT_HEAD + UT_PLAYERS[0] + [("queryid", "38.1")]
     part2 = UT_PLAYERS[1] + UT_PLAYERS[2] + [("queryid", "38.2"), ("final", "")]
-    return {"status.bin": gamespy(whole), "part1.bin": gamespy(part1), "part2.bin": gamespy(part2)}
+    return {"status.bin": gamespy(whole), "first_datagram.bin": gamespy(part1), "second_datagram.bin": gamespy(part2)}
 
 
 def aa_files():

@@ -15,7 +15,7 @@ TEST_F(LogicTest, RefreshDisplayShowsTheGameStateWithoutChangingIt) {
     g.Status.NumPlayers = 3;
     g.Players[1] = {12, 50, "Alice", 1, "", 7};
     g.Players[2] = {3, 999, "Bob", 2, "", 0};
-    g.Players[3] = {0, 0, "Spec", 0, "", 0};
+    g.Players[3] = {0, 0, "Watcher", 0, "", 0};
     const query::GameState before = g;
 
     logic->RefreshDisplay();
@@ -26,7 +26,7 @@ TEST_F(LogicTest, RefreshDisplayShowsTheGameStateWithoutChangingIt) {
     EXPECT_EQ(v.lblTimelimit, "20");
     EXPECT_EQ(v.lblPlayerInfo, "3 / 16");
     EXPECT_EQ(v.lvwPlayers, (std::vector<PlayerRow>{
-                                {"Alice", "12", "50", "Red"}, {"Bob", "3", "999", "Blue"}, {"Spec", "0", "0", "N/A"}}));
+                                {"Alice", "12", "50", "Red"}, {"Bob", "3", "999", "Blue"}, {"Watcher", "0", "0", "N/A"}}));
     EXPECT_EQ(g.Players, before.Players);
     EXPECT_EQ(g.Status, before.Status);
 

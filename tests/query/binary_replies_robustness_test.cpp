@@ -24,7 +24,7 @@ struct Family {
 
 const std::vector<Family>& Families() {
     static const std::vector<Family> families = {
-        {"GameSpy", ParseGameSpy, {"ut/status.bin", "ut/part1.bin", "ut/part2.bin", "aa/status.bin"}},
+        {"GameSpy", ParseGameSpy, {"ut/status.bin", "ut/first_datagram.bin", "ut/second_datagram.bin", "aa/status.bin"}},
         {"HL", ParseHLReply, {"hl/info.bin", "hl/players.bin", "hl/rules.bin"}},
         {"FC", ParseFCReply, {"fc/status.bin", "fc/players.bin", "fc/rules.bin"}},
         {"UT2003", ParseUT2003Reply, {"ut2k3/info.bin", "ut2k3/rules.bin", "ut2k3/players.bin"}},

@@ -41,7 +41,7 @@ TEST(GameSpyParserTest, UnrealTournamentStatusFillsEveryField) {
 }
 
 TEST(GameSpyParserTest, TwoDatagramsJoinedParseLikeOne) {
-    GameState joined = Parse(ReadReplyFixture("ut/part1.bin") + ReadReplyFixture("ut/part2.bin"));
+    GameState joined = Parse(ReadReplyFixture("ut/first_datagram.bin") + ReadReplyFixture("ut/second_datagram.bin"));
     GameState single = Parse(ReadReplyFixture("ut/status.bin"));
     EXPECT_EQ(joined.Status, single.Status);
     EXPECT_EQ(joined.Players, single.Players);
