@@ -7,6 +7,7 @@
 #include "query/qt/query_runner.h"
 #include "query/query_cycle.h"
 #include "tests/support/gamesim_process.h"
+#include "tests/support/parsing_query_host.h"
 #include "tests/support/qt_wait.h"
 
 #include <algorithm>
@@ -24,23 +25,14 @@ namespace {
 using testsupport::GamesimProcess;
 using testsupport::WaitUntil;
 
-struct ParsingHost : QueryHost {
-    ParsingHost(GameState& s, app::AppSettings& a) : state(s), settings(a) {}
+// Records the map after every parse, so a test can see the server stayed readable round after round.
+struct ParsingHost : testsupport::ParsingQueryHost {
+    using ParsingQueryHost::ParsingQueryHost;
     void ParseReply(int engineId, std::string_view reply) override {
-        ParseEngineReply(engineId, reply, state, settings.Profiles.Active());
+        ParsingQueryHost::ParseReply(engineId, reply);
         maps.push_back(state.Status.MapName);
     }
-    void ResetTeamScores() override {}
-    void HandleQ3Info(std::string_view) override {}
-    void RefreshDisplay() override {}
-    void CalcCappedPlayer(int, int) override {}
-    void SelectProfile() override {}
-    void RefreshControls() override {}
-    void ShowMessage(const std::string&) override {}
-    void Log(const std::string&, const std::string&, long, const std::string&, bool) override {}
-    GameState& state;
-    app::AppSettings& settings;
-    std::vector<std::string> maps; // after every parse
+    std::vector<std::string> maps;
 };
 
 const char* const kMatch = "host Tally Source\nmap ctf_2fort\ngamename tf\ntimelimit 25\ncapturelimit 3\n"

@@ -7,6 +7,7 @@
 #include "query/parsers.h"
 #include "query/qt/query_runner.h"
 #include "query/query_cycle.h"
+#include "tests/support/parsing_query_host.h"
 #include "tests/support/qt_wait.h"
 
 #include <chrono>
@@ -74,22 +75,12 @@ private:
     std::string m_output;
 };
 
-struct CountingHost : QueryHost {
-    CountingHost(GameState& s, app::AppSettings& a) : state(s), settings(a) {}
+struct CountingHost : testsupport::ParsingQueryHost {
+    using ParsingQueryHost::ParsingQueryHost;
     void ParseReply(int engineId, std::string_view reply) override {
-        ParseEngineReply(engineId, reply, state, settings.Profiles.Active());
+        ParsingQueryHost::ParseReply(engineId, reply);
         ++parses;
     }
-    void ResetTeamScores() override {}
-    void HandleQ3Info(std::string_view) override {}
-    void RefreshDisplay() override {}
-    void CalcCappedPlayer(int, int) override {}
-    void SelectProfile() override {}
-    void RefreshControls() override {}
-    void ShowMessage(const std::string&) override {}
-    void Log(const std::string&, const std::string&, long, const std::string&, bool) override {}
-    GameState& state;
-    app::AppSettings& settings;
     int parses = 0;
 };
 
