@@ -35,33 +35,28 @@ TEST_P(Pacing, WritesWhatTheBucketAllows) {
     }
 }
 
+// Five lines go out at once and the sixth waits, then the given steps follow.
+std::vector<Step> Burst(std::vector<Step> then) {
+    std::vector<Step> steps;
+    for (int n = 1; n <= 5; ++n)
+        steps.push_back({0, Line(n), {Line(n)}});
+    steps.push_back({0, Line(6), {}});
+    steps.insert(steps.end(), then.begin(), then.end());
+    return steps;
+}
+
 const std::string kCtcp = "NOTICE bob :\x01VERSION uscIRC\x01\r\n";
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, Pacing,
-    ::testing::Values(QueueCase{"BurstOfFiveThenQueued",
-                                {{0, Line(1), {Line(1)}},
-                                 {0, Line(2), {Line(2)}},
-                                 {0, Line(3), {Line(3)}},
-                                 {0, Line(4), {Line(4)}},
-                                 {0, Line(5), {Line(5)}},
-                                 {0, Line(6), {}},
-                                 {1999, "", {}},
-                                 {2000, "", {Line(6)}}}},
-                      QueueCase{"PongAndQuitPassAQueue",
-                                {{0, Line(1), {Line(1)}},
-                                 {0, Line(2), {Line(2)}},
-                                 {0, Line(3), {Line(3)}},
-                                 {0, Line(4), {Line(4)}},
-                                 {0, Line(5), {Line(5)}},
-                                 {0, Line(6), {}},
-                                 {1, "PONG :irc.test\r\n", {"PONG :irc.test\r\n"}},
-                                 {2,
-                                  "QUIT Tallybot\xA0"
-                                  "bye\r\n",
-                                  {"QUIT Tallybot\xA0"
-                                   "bye\r\n"}},
-                                 {2000, "", {Line(6)}}}},
+    ::testing::Values(QueueCase{"BurstOfFiveThenQueued", Burst({{1999, "", {}}, {2000, "", {Line(6)}}})},
+                      QueueCase{"PongAndQuitPassAQueue", Burst({{1, "PONG :irc.test\r\n", {"PONG :irc.test\r\n"}},
+                                                                {2,
+                                                                 "QUIT Tallybot\xA0"
+                                                                 "bye\r\n",
+                                                                 {"QUIT Tallybot\xA0"
+                                                                  "bye\r\n"}},
+                                                                {2000, "", {Line(6)}}})},
                       QueueCase{"QuietLinkRefillsTheBurst",
                                 {{0, Line(1), {Line(1)}},
                                  {0, Line(2), {Line(2)}},
@@ -71,15 +66,10 @@ INSTANTIATE_TEST_SUITE_P(
                                  {10000, Line(6), {Line(6)}},
                                  {10000, Line(7), {Line(7)}},
                                  {10000, Line(8), {}}}},
-                      QueueCase{"OrderKeptBehindAQueue",
-                                {{0, Line(1), {Line(1)}},
-                                 {0, Line(2), {Line(2)}},
-                                 {0, Line(3), {Line(3)}},
-                                 {0, Line(4), {Line(4)}},
-                                 {0, Line(5), {Line(5)}},
-                                 {0, Line(6), {}},
-                                 {5000, Line(7), {Line(6), Line(7)}}, // tokens came at 2000 and 4000: 6 first, then 7
-                                 {5000, "", {}}}},
+                      QueueCase{
+                          "OrderKeptBehindAQueue",
+                          Burst({{5000, Line(7), {Line(6), Line(7)}}, // tokens came at 2000 and 4000: 6 first, then 7
+                                 {5000, "", {}}})},
                       QueueCase{"CtcpAnswersCappedPerWindow",
                                 {{0, kCtcp, {kCtcp}},
                                  {100, kCtcp, {kCtcp}},

@@ -7,6 +7,7 @@
 #include "query/qt/query_runner.h"
 #include "query/query_cycle.h"
 #include "tests/support/gamesim_process.h"
+#include "tests/support/parsing_query_host.h"
 #include "tests/support/qt_wait.h"
 
 #include <string>
@@ -23,23 +24,15 @@ using testsupport::GamesimProcess;
 using testsupport::WaitUntil;
 
 // Real parsing and team scores; match reporting and the window only counted.
-struct LiveHost : QueryHost {
-    LiveHost(GameState& s, app::AppSettings& a) : state(s), settings(a) {}
-    void ParseReply(int engineId, std::string_view reply) override {
-        ParseEngineReply(engineId, reply, state, settings.Profiles.Active());
-    }
+struct LiveHost : testsupport::ParsingQueryHost {
+    using ParsingQueryHost::ParsingQueryHost;
     void ResetTeamScores() override { CalcTeamScores(state, -1, 0, settings.Profiles.Active()); }
     void HandleQ3Info(std::string_view) override { ++q3Infos; }
     void RefreshDisplay() override { ++refreshes; }
-    void CalcCappedPlayer(int, int) override {}
-    void SelectProfile() override {}
-    void RefreshControls() override {}
     void ShowMessage(const std::string& text) override { messages.push_back(text); }
     void Log(const std::string&, const std::string&, long, const std::string& message, bool) override {
         logs.push_back(message);
     }
-    GameState& state;
-    app::AppSettings& settings;
     int q3Infos = 0;
     int refreshes = 0;
     std::vector<std::string> messages, logs;
