@@ -1,39 +1,16 @@
 #include "app/settings_file.h"
 
 #include "app/app_settings.h"
-#include "app/ini_file.h"
+#include "base/escape_marks.h"
+#include "base/ini_file.h"
 
 #include <array>
+#include <filesystem>
 #include <string_view>
 
 namespace tallybot::app {
 
 namespace {
-
-struct EscapeMark {
-    char code;
-    const char* mark;
-};
-
-// The section sign is the Windows-1252 byte 0xA7.
-constexpr std::array<EscapeMark, 4> kEscapeMarks{{
-    {'\x02', "\xA7\xA7"
-             "1\xA7\xA7"},
-    {'\x03', "\xA7\xA7"
-             "2\xA7\xA7"},
-    {'\x0F', "\xA7\xA7"
-             "3\xA7\xA7"},
-    {'\x1F', "\xA7\xA7"
-             "4\xA7\xA7"},
-}};
-
-void ReplaceAll(std::string& text, std::string_view from, std::string_view to) {
-    std::size_t pos = 0;
-    while ((pos = text.find(from, pos)) != std::string::npos) {
-        text.replace(pos, from.size(), to);
-        pos += to.size();
-    }
-}
 
 std::string Position(int i, const char* word) {
     return std::to_string(i) + word;
@@ -47,7 +24,7 @@ std::string ColourToFile(const std::string& prefix) {
     return prefix.empty() ? std::string() : prefix.substr(1);
 }
 
-void LoadExtras(const IniFile& ini, ExtrasSettings& x) {
+void LoadExtras(const base::IniFile& ini, base::ExtrasSettings& x) {
     const char* s = "Extras";
     x.IrcTls = ini.GetInt(s, "IrcTls", 0);
     x.IrcTlsVerify = ini.GetInt(s, "IrcTlsVerify", 1);
@@ -70,7 +47,7 @@ void LoadExtras(const IniFile& ini, ExtrasSettings& x) {
     x.ReportAddress = ini.GetString(s, "ReportAddress", "");
 }
 
-void SaveExtras(IniFile& ini, const ExtrasSettings& x) {
+void SaveExtras(base::IniFile& ini, const base::ExtrasSettings& x) {
     const char* s = "Extras";
     ini.WriteInt(s, "IrcTls", x.IrcTls);
     ini.WriteInt(s, "IrcTlsVerify", x.IrcTlsVerify);
@@ -95,18 +72,13 @@ void SaveExtras(IniFile& ini, const ExtrasSettings& x) {
 
 } // namespace
 
-void EscapeControlCodes(std::string& text) {
-    for (const EscapeMark& m : kEscapeMarks)
-        ReplaceAll(text, std::string_view(&m.code, 1), m.mark);
-}
-
-void UnescapeControlCodes(std::string& text) {
-    for (const EscapeMark& m : kEscapeMarks)
-        ReplaceAll(text, m.mark, std::string_view(&m.code, 1));
+void ApplyPresentDayExtras(base::ExtrasSettings& x) {
+    x.ModernQuake3 = 1;
 }
 
 void LoadSettings(AppSettings& st) {
-    IniFile ini(st.AppPath + kSettingsFileName);
+    base::IniFile ini(st.AppPath + kSettingsFileName);
+    const bool newHome = !std::filesystem::exists(st.AppPath + kSettingsFileName);
     ini.Load();
 
     st.MinToTray = ini.GetInt("General", "MinToTray", 1);
@@ -135,10 +107,10 @@ void LoadSettings(AppSettings& st) {
 
     st.OnJoinEnabled = ini.GetInt("OnJoin", "Enabled", 0);
     st.OnJoinMessage = ini.GetString("OnJoin", "Message", "");
-    UnescapeControlCodes(st.OnJoinMessage);
+    base::UnescapeControlCodes(st.OnJoinMessage);
     st.NoticeEnabled = ini.GetInt("OnJoin", "EnableNotice", 0);
     st.NoticeMsg = ini.GetString("OnJoin", "NoticeMsg", "");
-    UnescapeControlCodes(st.NoticeMsg);
+    base::UnescapeControlCodes(st.NoticeMsg);
 
     for (int i = 1; i <= kHistorySize; ++i)
         st.GameHost[i] = ini.GetString("Game", Position(i, "Host"), "");
@@ -164,10 +136,11 @@ void LoadSettings(AppSettings& st) {
     st.CommandParameter = ini.GetInt("Autopost", "CommandParameter", 0);
 
     LoadExtras(ini, st.Extras);
+    if (newHome) ApplyPresentDayExtras(st.Extras);
 }
 
 void SaveSettings(AppSettings& st) {
-    IniFile ini(st.AppPath + kSettingsFileName);
+    base::IniFile ini(st.AppPath + kSettingsFileName);
     ini.Load(); // values are replaced in place, other lines stay
 
     ini.WriteInt("General", "MinToTray", st.MinToTray);
@@ -196,10 +169,10 @@ void SaveSettings(AppSettings& st) {
 
     // The record's own texts are escaped; saving happens only at shutdown.
     ini.WriteInt("OnJoin", "Enabled", st.OnJoinEnabled);
-    EscapeControlCodes(st.OnJoinMessage);
+    base::EscapeControlCodes(st.OnJoinMessage);
     ini.WriteString("OnJoin", "Message", st.OnJoinMessage);
     ini.WriteInt("OnJoin", "EnableNotice", st.NoticeEnabled);
-    EscapeControlCodes(st.NoticeMsg);
+    base::EscapeControlCodes(st.NoticeMsg);
     ini.WriteString("OnJoin", "NoticeMsg", st.NoticeMsg);
 
     for (int i = 1; i <= kHistorySize; ++i)

@@ -4,19 +4,24 @@
 
 #include <string>
 
+namespace tallybot::base {
+struct ExtrasSettings;
+}
+
 namespace tallybot::app {
 
 struct AppSettings;
 
 constexpr const char* kSettingsFileName = "Tallybot.ini";
 
-// Fills every stored field from AppPath + "Tallybot.ini"; missing keys take their defaults.
+// The [Extras] values a new home starts with: those that today's servers need. A settings file
+// without a key keeps the classic behaviour for it.
+void ApplyPresentDayExtras(base::ExtrasSettings& extras);
+
+// Fills every stored field from AppPath + "Tallybot.ini"; missing keys take their defaults; a
+// missing file (a new home) also takes the present-day [Extras] values.
 void LoadSettings(AppSettings& settings);
 // Writes every stored field; a failed write is ignored. Escapes the on-join texts in place.
 void SaveSettings(AppSettings& settings);
-
-// Control characters 2, 3, 15, 31 <-> the marks "§§1§§" .. "§§4§§" (section sign as byte 0xA7).
-void EscapeControlCodes(std::string& text);
-void UnescapeControlCodes(std::string& text);
 
 } // namespace tallybot::app

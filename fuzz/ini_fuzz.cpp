@@ -1,7 +1,7 @@
 // Arbitrary bytes as a settings or profile file: reading must never fail, and a value written
 // into the parsed file must read back after the file is written out and read again.
 
-#include "app/ini_file.h"
+#include "base/ini_file.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    tallybot::app::IniFile ini;
+    tallybot::base::IniFile ini;
     ini.Parse(bytes);
     for (const char* section : {"General", "IRC", "Game", "Extras", ""}) {
         (void)ini.GetString(section, "RealName", "tallybot");
@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }
     ini.WriteString("Game", "QueryTime", "250");
     ini.WriteInt("Extras", "IdentPort", 113);
-    tallybot::app::IniFile again;
+    tallybot::base::IniFile again;
     again.Parse(ini.Serialize());
     if (again.GetString("game", "querytime", "") != "250" || again.GetInt("EXTRAS", "identport", 0) != 113)
         __builtin_trap();

@@ -2,7 +2,7 @@
 // players line and the preview renderer: nothing may crash, and errors are only VbError.
 
 #include "app/app_settings.h"
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 #include "query/game_state.h"
 #include "reporting/info_posts.h"
 #include "reporting/irc_preview.h"

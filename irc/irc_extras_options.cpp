@@ -1,6 +1,6 @@
 #include "irc/irc_extras_options.h"
 
-#include "app/extras_settings.h"
+#include "base/extras_settings.h"
 
 #include <cctype>
 
@@ -16,7 +16,7 @@ std::string NormalizePin(std::string_view text) {
     return hex.size() == 64 ? hex : std::string();
 }
 
-IrcExtrasOptions ExtrasOptionsFrom(const app::ExtrasSettings& extras) {
+IrcExtrasOptions ExtrasOptionsFrom(const base::ExtrasSettings& extras) {
     IrcExtrasOptions o;
     o.Tls.Enabled = extras.IrcTls == 1;
     o.Tls.Verify = extras.IrcTlsVerify == 1;

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace tallybot::app {
+namespace tallybot::base {
 struct ExtrasSettings;
 }
 
@@ -36,6 +36,6 @@ struct IrcExtrasOptions {
 // "AB:cd:01..." or "abcd01..." as lower-case hex without separators; empty when it is not 64 hex digits.
 std::string NormalizePin(std::string_view text);
 
-IrcExtrasOptions ExtrasOptionsFrom(const app::ExtrasSettings& extras);
+IrcExtrasOptions ExtrasOptionsFrom(const base::ExtrasSettings& extras);
 
 } // namespace tallybot::irc

@@ -4,7 +4,7 @@
 // reaches the outside only through the interfaces of irc_transport.h. The widget in irc/qt/
 // paints PaneLines and forwards keys and clicks; the adapter forwards socket events.
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 #include "irc/dcc_receive.h"
 #include "irc/input_history.h"
 #include "irc/irc_framing.h"

@@ -1,6 +1,6 @@
 #include "profiles/field_validation.h"
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 
 #include <array>
 #include <utility>

@@ -1,11 +1,11 @@
 #include "profiles/profile_store.h"
 
-#include "app/app_settings.h"
-#include "app/error_trap.h"
-#include "app/ini_file.h"
-#include "app/settings_file.h"
-#include "app/vb_convert.h"
+#include "base/error_trap.h"
+#include "base/escape_marks.h"
+#include "base/ini_file.h"
+#include "base/vb_convert.h"
 #include "profiles/game_profile.h"
+#include "profiles/profile_settings.h"
 
 #include <algorithm>
 #include <cctype>
@@ -21,7 +21,7 @@ namespace {
 
 constexpr const char* kModule = "modFileHelper";
 
-std::string ProfilePath(const app::AppSettings& settings, const std::string& fileName) {
+std::string ProfilePath(const ProfileSettings& settings, const std::string& fileName) {
     return ProfileFolder(settings) + fileName;
 }
 
@@ -52,7 +52,7 @@ std::vector<std::string> ProfileFileNames(const std::string& folder) {
 
 // The platform's integer read: a value that is not a number reads as 0. That is noted in the log
 // (not counted as an error), so an operator who mistyped a profile can find out why.
-int ReadInt(const app::IniFile& ini, const char* section, const char* key, int defaultValue, app::clsAppLog* log) {
+int ReadInt(const base::IniFile& ini, const char* section, const char* key, int defaultValue, base::clsAppLog* log) {
     const int value = ini.GetInt(section, key, defaultValue);
     const std::string raw = ini.GetString(section, key, "");
     const bool numeric =
@@ -66,19 +66,19 @@ int ReadInt(const app::IniFile& ini, const char* section, const char* key, int d
     return value;
 }
 
-std::string ReadText(const app::IniFile& ini, const char* section, const char* key) {
+std::string ReadText(const base::IniFile& ini, const char* section, const char* key) {
     return ini.GetString(section, key, "");
 }
 
-std::string ReadEscaped(const app::IniFile& ini, const char* section, const char* key) {
+std::string ReadEscaped(const base::IniFile& ini, const char* section, const char* key) {
     std::string text = ReadText(ini, section, key);
-    app::UnescapeControlCodes(text);
+    base::UnescapeControlCodes(text);
     return text;
 }
 
 } // namespace
 
-std::string ProfileFolder(const app::AppSettings& settings) {
+std::string ProfileFolder(const ProfileSettings& settings) {
     return settings.AppPath + kProfileFolder + static_cast<char>(fs::path::preferred_separator);
 }
 
@@ -88,10 +88,10 @@ GameProfile ClearedProfile() {
     return cleared;
 }
 
-int ListProfiles(app::AppSettings& settings) {
+int ListProfiles(ProfileSettings& settings) {
     auto& table = settings.Profiles;
     int count = 0;
-    app::Trap(settings.Log, kModule, "ListProfiles", [&] {
+    base::Trap(settings.Log, kModule, "ListProfiles", [&] {
         for (const auto& name : ProfileFileNames(ProfileFolder(settings))) {
             if (count + 1 > kMaxProfiles) throw vb::SubscriptOutOfRange(); // the table holds 20
             ++count;
@@ -101,13 +101,13 @@ int ListProfiles(app::AppSettings& settings) {
     return count;
 }
 
-void LoadProfile(app::AppSettings& settings, int index, const std::string& fileName) {
-    app::Trap(settings.Log, kModule, "LoadProfile", [&] {
+void LoadProfile(ProfileSettings& settings, int index, const std::string& fileName) {
+    base::Trap(settings.Log, kModule, "LoadProfile", [&] {
         if (index < 1 || index > kMaxProfiles) throw vb::SubscriptOutOfRange();
         auto& profile = settings.Profiles.Entries[index];
         if (!fileName.empty())
             profile.ProfileName = fileName.substr(0, fileName.size() - std::min<std::size_t>(4, fileName.size()));
-        app::IniFile ini(ProfilePath(settings, fileName));
+        base::IniFile ini(ProfilePath(settings, fileName));
         ini.Load(); // a missing file reads as empty: every key takes its default
         profile.Description = ReadText(ini, "General", "Description");
         profile.Engine = ReadInt(ini, "Game", "Engine", 1, settings.Log);
@@ -129,16 +129,16 @@ void LoadProfile(app::AppSettings& settings, int index, const std::string& fileN
     });
 }
 
-void SaveProfile(app::AppSettings& settings, const std::string& fileName, int index) {
-    app::Trap(settings.Log, kModule, "SaveProfile", [&] {
+void SaveProfile(ProfileSettings& settings, const std::string& fileName, int index) {
+    base::Trap(settings.Log, kModule, "SaveProfile", [&] {
         if (index < 1 || index > kMaxProfiles) throw vb::SubscriptOutOfRange();
         const auto& profile = settings.Profiles.Entries[index];
         std::error_code ec;
         fs::create_directories(ProfileFolder(settings), ec); // a fresh install may lack the folder
-        app::IniFile ini(ProfilePath(settings, fileName));
+        base::IniFile ini(ProfilePath(settings, fileName));
         ini.Load(); // keys and lines of an existing file are replaced in place, others kept
         auto escaped = [](std::string text) {
-            app::EscapeControlCodes(text);
+            base::EscapeControlCodes(text);
             return text;
         };
         ini.WriteString("General", "Description", profile.Description);
@@ -162,8 +162,8 @@ void SaveProfile(app::AppSettings& settings, const std::string& fileName, int in
     });
 }
 
-void DeleteProfile(app::AppSettings& settings, const std::string& fileName) {
-    app::Trap(settings.Log, kModule, "DeleteProfile", [&] {
+void DeleteProfile(ProfileSettings& settings, const std::string& fileName) {
+    base::Trap(settings.Log, kModule, "DeleteProfile", [&] {
         const std::string path = ProfilePath(settings, fileName);
         std::error_code ec;
         if (!fs::is_regular_file(path, ec)) throw vb::VbError(53, "File not found");
@@ -171,7 +171,7 @@ void DeleteProfile(app::AppSettings& settings, const std::string& fileName) {
     });
 }
 
-void LoadAllProfiles(app::AppSettings& settings) {
+void LoadAllProfiles(ProfileSettings& settings) {
     auto& table = settings.Profiles;
     for (int i = 1; i <= kMaxProfiles; ++i)
         table.Entries[i] = ClearedProfile();

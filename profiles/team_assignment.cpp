@@ -1,6 +1,6 @@
 #include "profiles/team_assignment.h"
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 #include "query/team_scores.h"
 
 #include <algorithm>

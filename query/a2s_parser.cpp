@@ -9,8 +9,8 @@
 
 #include "query/a2s_parser.h"
 
-#include "app/error_trap.h"
-#include "app/vb_convert.h"
+#include "base/error_trap.h"
+#include "base/vb_convert.h"
 #include "query/byte_reader.h"
 #include "query/parsers.h"
 
@@ -37,15 +37,15 @@ std::uint32_t LittleEndian(ByteReader& reader, std::size_t size) {
 void ParseA2SInfo(std::string_view reply, ServerStatus& status) {
     ByteReader reader(reply);
     reader.Skip(5);
-    app::ResumeNext([&] { status.Protocol = reader.Code(); });
+    base::ResumeNext([&] { status.Protocol = reader.Code(); });
     status.HostName = ClearName(reader.Text());
     status.MapName = reader.Text();
     status.GameName = reader.Text();
     reader.Text(); // game description
     int appId = 0;
-    app::ResumeNext([&] { appId = static_cast<int>(LittleEndian(reader, 2)); });
+    base::ResumeNext([&] { appId = static_cast<int>(LittleEndian(reader, 2)); });
     reader.Skip(1); // players: the player reply counts them
-    app::ResumeNext([&] { status.MaxClients = reader.Code(); });
+    base::ResumeNext([&] { status.MaxClients = reader.Code(); });
     reader.Skip(5); // bots, server type, environment, visibility, VAC
     if (appId == kTheShipAppId) reader.Skip(3);
     if (reader.Empty()) return;
@@ -57,7 +57,7 @@ void ParseA2SPlayers(std::string_view reply, GameState& state) {
     ByteReader reader(reply);
     reader.Skip(5);
     int count = 0;
-    app::ResumeNext([&] { count = reader.Code(); });
+    base::ResumeNext([&] { count = reader.Code(); });
     int n = 0;
     // The index byte, a name and two 4-byte fields make the shortest player.
     while (n < count && n < kMaxPlayers && reader.Remaining() >= 10) {
@@ -67,14 +67,14 @@ void ParseA2SPlayers(std::string_view reply, GameState& state) {
         player.Name = ClearName(reader.Text());
         player.Ping = 0;
         player.Score = 0;
-        app::ResumeNext([&] {
+        base::ResumeNext([&] {
             const auto score = static_cast<std::int32_t>(LittleEndian(reader, 4));
             player.Score = vb::CInt(static_cast<double>(score));
         });
         reader.Skip(4); // seconds connected
     }
     state.Status.NumPlayers = n;
-    app::ResumeNext([&] { ClearPlayers(state.Players, n + 1, 0); });
+    base::ResumeNext([&] { ClearPlayers(state.Players, n + 1, 0); });
 }
 
 void ParseA2SRules(std::string_view reply, ServerStatus& status) {
@@ -85,12 +85,12 @@ void ParseA2SRules(std::string_view reply, ServerStatus& status) {
         const std::string key = LowerAscii(reader.Text());
         const std::string_view value = reader.Text();
         if (key == "mp_timelimit") {
-            app::ResumeNext([&] { status.TimeLimit = vb::CByte(vb::Val(value)); });
+            base::ResumeNext([&] { status.TimeLimit = vb::CByte(vb::Val(value)); });
         } else if (key == "mp_fraglimit" || key == "mp_winlimit") {
             // Games set one of the two and leave the other 0: the one that is set counts.
-            app::ResumeNext([&] { fragLimit = std::max(fragLimit.value_or(0), vb::CInt(vb::Val(value))); });
+            base::ResumeNext([&] { fragLimit = std::max(fragLimit.value_or(0), vb::CInt(vb::Val(value))); });
         } else if (key == "tf_flag_caps_per_round") {
-            app::ResumeNext([&] { status.CaptureLimit = vb::CInt(vb::Val(value)); });
+            base::ResumeNext([&] { status.CaptureLimit = vb::CInt(vb::Val(value)); });
         } else if (key == "mp_timeleft") {
             status.ScoreTime = value;
         }
@@ -108,7 +108,7 @@ void ParseA2SReply(std::string_view reply, GameState& state, const profiles::Gam
         break;
     case 'D':
         ParseA2SPlayers(reply, state);
-        if (profile.AutoTeams == 0) app::ResumeNext([&] { CalcTeamScores(state, 0, 0, profile); });
+        if (profile.AutoTeams == 0) base::ResumeNext([&] { CalcTeamScores(state, 0, 0, profile); });
         break;
     case 'E':
         ParseA2SRules(reply, state.Status);

@@ -3,7 +3,7 @@
 // a text without its 0x00 runs to the end (the ExtractString rule), and asking for the code of a
 // byte that is not there throws the "Invalid procedure call" error the parsers' traps absorb.
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 #include "query/game_state.h"
 
 #include <algorithm>
@@ -47,7 +47,7 @@ inline PlayerStatus& Slot(PlayerTable& table, long long n) {
 }
 
 class ByteReader {
-  public:
+public:
     explicit ByteReader(std::string_view data) : m_rest(data) {}
 
     std::size_t Remaining() const { return m_rest.size(); }
@@ -80,7 +80,7 @@ class ByteReader {
     // Code of the next byte, consumed; throws at the end of the reply.
     std::uint8_t Code() { return FirstCode(Take(1)); }
 
-  private:
+private:
     std::string_view m_rest;
 };
 

@@ -5,8 +5,8 @@
 //   client 0x20 ends the list
 // The key list is found by the protocol's 00 01 00 rather than by counting the header.
 
-#include "app/error_trap.h"
-#include "app/vb_convert.h"
+#include "base/error_trap.h"
+#include "base/vb_convert.h"
 #include "query/byte_reader.h"
 #include "query/parsers.h"
 
@@ -46,13 +46,13 @@ void ReadD3EngineData(std::string_view reply, GameState& state) {
             status.GameType = LowerAscii(reader.Text());
         } else if (key == "si_maxplayers") {
             std::string_view value = reader.Text();
-            app::ResumeNext([&] { status.MaxClients = vb::CByte(value); });
+            base::ResumeNext([&] { status.MaxClients = vb::CByte(value); });
         } else if (key == "si_timelimit") {
             std::string_view value = reader.Text();
-            app::ResumeNext([&] { status.TimeLimit = vb::CByte(value); });
+            base::ResumeNext([&] { status.TimeLimit = vb::CByte(value); });
         } else if (key == "si_fraglimit") {
             std::string_view value = reader.Text();
-            app::ResumeNext([&] { status.FragLimit = vb::CInt(value); });
+            base::ResumeNext([&] { status.FragLimit = vb::CInt(value); });
         } else if (key == "si_name") {
             status.HostName = ClearName(reader.Text());
         } else if (key == "si_map") {
@@ -79,13 +79,13 @@ void ReadD3EngineData(std::string_view reply, GameState& state) {
             PlayerStatus& player = state.Players[static_cast<std::size_t>(n)];
             reader.Skip(1);
             std::string_view ping = reader.Take(2);
-            app::ResumeNext([&] { player.Ping = HighFirstPing(ping); });
+            base::ResumeNext([&] { player.Ping = HighFirstPing(ping); });
             reader.Skip(4);
             player.Name = ClearName(reader.Text());
         }
     }
     status.NumPlayers = n;
-    app::ResumeNext([&] { ClearPlayers(state.Players, n + 1, 0); });
+    base::ResumeNext([&] { ClearPlayers(state.Players, n + 1, 0); });
 }
 
 } // namespace

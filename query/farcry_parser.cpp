@@ -6,8 +6,8 @@
 //   rules   7F FF FF FF 'R' + 1 byte, then key 00 value 00 ...
 // Each sub-reply fills only its own fields, so the three combine into one state.
 
-#include "app/error_trap.h"
-#include "app/vb_convert.h"
+#include "base/error_trap.h"
+#include "base/vb_convert.h"
 #include "query/byte_reader.h"
 #include "query/parsers.h"
 
@@ -23,8 +23,8 @@ void ParseFCServer(std::string_view reply, ServerStatus& status) {
     status.Version = reader.Text();
     status.GameName = reader.Text();
     status.MapName = reader.Text();
-    app::ResumeNext([&] { status.NumPlayers = reader.Code(); });
-    app::ResumeNext([&] { status.MaxClients = reader.Code(); });
+    base::ResumeNext([&] { status.NumPlayers = reader.Code(); });
+    base::ResumeNext([&] { status.MaxClients = reader.Code(); });
 }
 
 void ParseFCPlayers(std::string_view reply, GameState& state, const profiles::GameProfile& profile) {
@@ -39,15 +39,15 @@ void ParseFCPlayers(std::string_view reply, GameState& state, const profiles::Ga
         reader.Text();
         reader.Skip(1);
         std::string_view score = reader.Text();
-        app::ResumeNext([&] { player.Score = FirstCode(score); });
+        base::ResumeNext([&] { player.Score = FirstCode(score); });
         reader.Skip(2);
         std::string_view ping = reader.Text();
-        app::ResumeNext([&] { player.Ping = FirstCode(ping); });
+        base::ResumeNext([&] { player.Ping = FirstCode(ping); });
         reader.Skip(6);
     }
     // NumPlayers comes from the status reply; this one only fills the table.
-    app::ResumeNext([&] { CalcTeamScores(state, 0, 0, profile); });
-    app::ResumeNext([&] { ClearPlayers(state.Players, n + 1, 0); });
+    base::ResumeNext([&] { CalcTeamScores(state, 0, 0, profile); });
+    base::ResumeNext([&] { ClearPlayers(state.Players, n + 1, 0); });
 }
 
 void ParseFCRules(std::string_view reply, ServerStatus& status) {
@@ -57,10 +57,10 @@ void ParseFCRules(std::string_view reply, ServerStatus& status) {
         std::string key = LowerAscii(reader.Text());
         if (key == "gr_scorelimit") {
             std::string_view value = reader.Text();
-            app::ResumeNext([&] { status.FragLimit = vb::CInt(static_cast<double>(vb::CLng(value))); });
+            base::ResumeNext([&] { status.FragLimit = vb::CInt(static_cast<double>(vb::CLng(value))); });
         } else if (key == "gr_timelimit") {
             std::string_view value = reader.Text();
-            app::ResumeNext([&] { status.TimeLimit = vb::CByte(vb::Val(value)); });
+            base::ResumeNext([&] { status.TimeLimit = vb::CByte(vb::Val(value)); });
         }
     }
 }

@@ -1,6 +1,6 @@
 #include "query/game_state.h"
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 #include "query/quake_text.h"
 
 #include <cctype>

@@ -2,8 +2,8 @@
 //   \key\value\key\value...\player_0\name\frags_0\12\ping_0\50\team_0\0\player_1\...\final\ (one text)
 // Each player's group ends with its team key, which moves the player counter on.
 
-#include "app/error_trap.h"
-#include "app/vb_convert.h"
+#include "base/error_trap.h"
+#include "base/vb_convert.h"
 #include "query/byte_reader.h"
 #include "query/parsers.h"
 
@@ -48,39 +48,39 @@ void ParseGameSpy(std::string_view reply, GameState& state, const profiles::Game
             status.GameType = reader.Text('\\');
         } else if (key == "gamever") {
             std::string_view value = reader.Text('\\');
-            app::ResumeNext([&] { status.Version = DoubleText(vb::CInt(value) / 100.0); });
+            base::ResumeNext([&] { status.Version = DoubleText(vb::CInt(value) / 100.0); });
         } else if (key == "hostname") {
             status.HostName = reader.Text('\\');
         } else if (key == "mapname") {
             status.MapName = reader.Text('\\');
         } else if (key == "timelimit") {
             std::string_view value = reader.Text('\\');
-            app::ResumeNext([&] { status.TimeLimit = vb::CByte(static_cast<double>(vb::CLng(value))); });
+            base::ResumeNext([&] { status.TimeLimit = vb::CByte(static_cast<double>(vb::CLng(value))); });
         } else if (key == "goalteamscore") {
             // The second test of this key, meant for FragLimit, is never reached: FragLimit stays 0.
             std::string_view value = reader.Text('\\');
-            app::ResumeNext([&] { status.CaptureLimit = vb::CInt(value); });
+            base::ResumeNext([&] { status.CaptureLimit = vb::CInt(value); });
         } else if (key == "numplayers") {
             std::string_view value = reader.Text('\\');
-            app::ResumeNext([&] { status.NumPlayers = vb::CInt(value); });
+            base::ResumeNext([&] { status.NumPlayers = vb::CInt(value); });
         } else if (key == "maxplayers") {
             std::string_view value = reader.Text('\\');
-            app::ResumeNext([&] { status.MaxClients = vb::CByte(static_cast<double>(vb::CInt(value))); });
+            base::ResumeNext([&] { status.MaxClients = vb::CByte(static_cast<double>(vb::CInt(value))); });
         } else if (key == "player_" + index) {
             std::string_view value = reader.Text('\\');
-            app::ResumeNext([&] { Slot(players, i + 1).Name = value; });
+            base::ResumeNext([&] { Slot(players, i + 1).Name = value; });
         } else if (key == "frags_" + index) {
             std::string_view value = reader.Text('\\');
-            app::ResumeNext([&] { Slot(players, i + 1).Score = vb::CInt(value); });
+            base::ResumeNext([&] { Slot(players, i + 1).Score = vb::CInt(value); });
         } else if (key == "ping_" + index) {
             std::string_view value = reader.Text('\\');
-            app::ResumeNext([&] {
+            base::ResumeNext([&] {
                 std::int32_t ping = vb::CLng(value);
                 Slot(players, i + 1).Ping = ping >= 999 ? 999 : ping;
             });
         } else if (key == "team_" + index) {
             std::string_view value = reader.Text('\\');
-            app::ResumeNext([&] {
+            base::ResumeNext([&] {
                 PlayerStatus& player = Slot(players, i + 1);
                 std::int16_t team = vb::CInt(value);
                 if (team == 0) {
@@ -97,9 +97,9 @@ void ParseGameSpy(std::string_view reply, GameState& state, const profiles::Game
 
     if (UpperAscii(status.GameType).find("CTF") != std::string::npos) status.GameType = "CTF";
     status.ScoreTime = "N/A";
-    app::ResumeNext([&] { CalcTeamScores(state, 0, 0, profile); });
+    base::ResumeNext([&] { CalcTeamScores(state, 0, 0, profile); });
     if (status.NumPlayers >= 0 && status.NumPlayers < kMaxPlayers) {
-        app::ResumeNext([&] { ClearPlayers(players, status.NumPlayers + 1, 0); });
+        base::ResumeNext([&] { ClearPlayers(players, status.NumPlayers + 1, 0); });
     }
 }
 

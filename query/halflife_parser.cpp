@@ -4,8 +4,8 @@
 //   rules   FF FF FF FF 'E' count (2), then key 00 value 00 ...
 // Each sub-reply fills only its own fields, so the three combine into one state.
 
-#include "app/error_trap.h"
-#include "app/vb_convert.h"
+#include "base/error_trap.h"
+#include "base/vb_convert.h"
 #include "query/byte_reader.h"
 #include "query/parsers.h"
 
@@ -21,7 +21,7 @@ void ParseHLInfo(std::string_view reply, ServerStatus& status) {
     status.GameName = reader.Text();
     status.Version = reader.Text();
     reader.Skip(1); // player count
-    app::ResumeNext([&] { status.MaxClients = reader.Code(); });
+    base::ResumeNext([&] { status.MaxClients = reader.Code(); });
 }
 
 void ParseHLPlayers(std::string_view reply, GameState& state, const profiles::GameProfile& profile) {
@@ -34,12 +34,12 @@ void ParseHLPlayers(std::string_view reply, GameState& state, const profiles::Ga
         PlayerStatus& player = state.Players[static_cast<std::size_t>(n)];
         player.Name = reader.Text();
         std::string_view frags = reader.Take(4);
-        app::ResumeNext([&] { player.Score = FirstCode(frags); }); // low byte only
-        reader.Skip(5);                                            // time and the next index
+        base::ResumeNext([&] { player.Score = FirstCode(frags); }); // low byte only
+        reader.Skip(5);                                             // time and the next index
     }
     state.Status.NumPlayers = n;
-    app::ResumeNext([&] { CalcTeamScores(state, 0, 0, profile); });
-    app::ResumeNext([&] { ClearPlayers(state.Players, n + 1, 0); });
+    base::ResumeNext([&] { CalcTeamScores(state, 0, 0, profile); });
+    base::ResumeNext([&] { ClearPlayers(state.Players, n + 1, 0); });
 }
 
 void ParseHLRules(std::string_view reply, ServerStatus& status) {
@@ -48,10 +48,10 @@ void ParseHLRules(std::string_view reply, ServerStatus& status) {
         std::string key = LowerAscii(reader.Text());
         if (key == "mp_timelimit") {
             std::string_view value = reader.Text();
-            app::ResumeNext([&] { status.TimeLimit = vb::CByte(static_cast<double>(vb::CLng(value))); });
+            base::ResumeNext([&] { status.TimeLimit = vb::CByte(static_cast<double>(vb::CLng(value))); });
         } else if (key == "mp_winlimit") {
             std::string_view value = reader.Text();
-            app::ResumeNext([&] { status.FragLimit = vb::CInt(static_cast<double>(vb::CLng(value))); });
+            base::ResumeNext([&] { status.FragLimit = vb::CInt(static_cast<double>(vb::CLng(value))); });
         } else if (key == "mp_timeleft") {
             status.ScoreTime = reader.Text();
         }

@@ -1,6 +1,6 @@
 // One reply to its engine's parser, then the team scores.
 
-#include "app/error_trap.h"
+#include "base/error_trap.h"
 #include "query/a2s_parser.h"
 #include "query/parsers.h"
 #include "query/query_extras.h"
@@ -66,7 +66,7 @@ void ParseEngineReply(int engineId, std::string_view reply, GameState& state, co
     Entry entry = EntryOf(engineId);
     if (!entry) return;
     // The parsers trap per statement; this keeps anything they miss from leaving the reply.
-    app::ResumeNext([&] { entry(reply, state, profile); });
+    base::ResumeNext([&] { entry(reply, state, profile); });
     UpdateTeamScores(state, profile);
 }
 

@@ -1,8 +1,8 @@
 // Engine entries of the Quake 3 family: each ignores its engine's disconnect packet, parses,
 // then applies the profile rules. Q3 and MoH pass reset 0 to CalcTeamScores, the others -1.
 
-#include "app/error_trap.h"
-#include "app/vb_convert.h"
+#include "base/error_trap.h"
+#include "base/vb_convert.h"
 #include "query/parsers.h"
 #include "query/quake_family.h"
 #include "query/quake_text.h"
@@ -43,7 +43,7 @@ namespace quake {
 void ApplyThreewaveTime(ServerStatus& status) {
     std::string_view time = status.ScoreTime;
     if (!IsThreewave(status.GameName) || time.empty() || time[0] < '0' || time[0] > '9') return;
-    app::ResumeNext([&] {
+    base::ResumeNext([&] {
         std::string_view minutesText = Extract(time, ':');
         std::string seconds = vb::CStr(60 - ToInt16(time));
         if (seconds.size() < 2) seconds = std::string(1, '0') + seconds;

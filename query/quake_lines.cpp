@@ -1,7 +1,7 @@
 // The line layout both Quake status replies share: a header line, one line of "\"-separated
 // keys and values, then one line per player.
 
-#include "app/error_trap.h"
+#include "base/error_trap.h"
 #include "query/parsers.h"
 #include "query/quake_family.h"
 #include "query/quake_text.h"
@@ -23,10 +23,10 @@ int ReadPlayerLines(std::string_view& rest, PlayerTable& players, int n, bool wi
         std::string_view line = Extract(rest, '\n');
         if (withScore) {
             std::string_view score = Extract(line, ' ');
-            app::ResumeNext([&] { p.Score = ToInt16(score); });
+            base::ResumeNext([&] { p.Score = ToInt16(score); });
         }
         std::string_view ping = Extract(line, ' ');
-        app::ResumeNext([&] { p.Ping = ToInt32(ping); });
+        base::ResumeNext([&] { p.Ping = ToInt32(ping); });
         p.Name = ClearName(line);
     }
     return n;

@@ -4,7 +4,7 @@
 //   "\" key "\" value "\" key "\" value ... LF
 //   score " " ping " " "\"" name "\"" LF        (one line per player)
 
-#include "app/error_trap.h"
+#include "base/error_trap.h"
 #include "query/parsers.h"
 #include "query/quake_family.h"
 #include "query/quake_text.h"
@@ -13,7 +13,7 @@ namespace tallybot::query {
 
 namespace {
 
-using app::ResumeNext;
+using base::ResumeNext;
 using quake::Extract;
 using quake::KeyIs;
 using namespace std::string_view_literals;

@@ -3,7 +3,7 @@
 // the reply per token), case-insensitive key tests, and fixed-width conversions with a fast path
 // for plain decimal numbers that falls back to the general conversion for everything else.
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 
 #include <cstdint>
 #include <string>

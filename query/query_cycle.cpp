@@ -1,9 +1,9 @@
 #include "query/query_cycle.h"
 
-#include "app/app_settings.h"
-#include "app/error_trap.h"
-#include "app/vb_convert.h"
+#include "base/error_trap.h"
+#include "base/vb_convert.h"
 #include "query/query_cycle_packets.h"
+#include "query/query_settings.h"
 #include "query/server_address.h"
 
 #include <cmath>
@@ -33,7 +33,7 @@ bool IsThreeStepEngine(int engineId) {
 
 } // namespace
 
-QueryCycle::QueryCycle(QueryView& view, GameState& state, app::AppSettings& settings, QueryHost& host)
+QueryCycle::QueryCycle(QueryView& view, GameState& state, QuerySettings& settings, QueryHost& host)
     : m_view(view), m_state(state), m_settings(settings), m_host(host) {}
 
 void QueryCycle::Attach(QuerySocket* socket, NameResolver* resolver) {
@@ -213,7 +213,7 @@ void QueryCycle::sckGamServ_DataArrival(std::string_view datagram, const LocalDa
     }
     m_missedReplies = 0;
     if (m_state.EngineId == kEngineUnknown || m_state.EngineId == kEnginePending) {
-        app::ResumeNext([&] { DetectEngineWithExtras(datagram, m_state, m_extras); });
+        base::ResumeNext([&] { DetectEngineWithExtras(datagram, m_state, m_extras); });
         m_justDetected = true;
     }
     if (m_settings.DoLog == 1) WriteToDataLog(datagram, now);
@@ -226,7 +226,7 @@ void QueryCycle::sckGamServ_DataArrival(std::string_view datagram, const LocalDa
     if (m_justDetected) {
         m_view.lblQueryStatusCaption = "ONLINE - " + EngineCodeWithExtras(m_state.EngineId, m_extras);
         m_view.lblQueryStatusColour = kColourOnline;
-        app::ResumeNext([&] { m_host.SelectProfile(); });
+        base::ResumeNext([&] { m_host.SelectProfile(); });
         m_justDetected = false;
     }
 }
@@ -244,18 +244,18 @@ void QueryCycle::WriteToDataLog(std::string_view reply, const LocalDateTime& now
 void QueryCycle::Dispatch(std::string_view reply) {
     const int engineId = m_state.EngineId;
     const auto refreshAndCheck = [&] {
-        app::ResumeNext([&] { m_host.RefreshDisplay(); });
-        app::ResumeNext([&] { m_host.CalcCappedPlayer(m_settings.Profiles.Active().ScorePerCap, 0); });
+        base::ResumeNext([&] { m_host.RefreshDisplay(); });
+        base::ResumeNext([&] { m_host.CalcCappedPlayer(m_settings.Profiles.Active().ScorePerCap, 0); });
     };
     switch (engineId) {
     case kEngineQ3:
-        app::ResumeNext([&] { m_host.ParseReply(engineId, reply); });
-        app::ResumeNext([&] { m_host.HandleQ3Info(reply); });
+        base::ResumeNext([&] { m_host.ParseReply(engineId, reply); });
+        base::ResumeNext([&] { m_host.HandleQ3Info(reply); });
         return;
     case kEngineUT:
     case kEngineAA:
         if (auto whole = AssembleGameSpy(m_replyBuffer, reply))
-            app::ResumeNext([&] { m_host.ParseReply(engineId, *whole); });
+            base::ResumeNext([&] { m_host.ParseReply(engineId, *whole); });
         refreshAndCheck();
         return;
     case kEngineQ2:
@@ -272,7 +272,7 @@ void QueryCycle::Dispatch(std::string_view reply) {
     case kEngineEF2:
     case kEngineFC:
     case kEngineD3:
-        app::ResumeNext([&] { m_host.ParseReply(engineId, reply); });
+        base::ResumeNext([&] { m_host.ParseReply(engineId, reply); });
         refreshAndCheck();
         return;
     case kEngineA2S:

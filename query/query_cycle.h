@@ -14,11 +14,9 @@
 #include <string>
 #include <string_view>
 
-namespace tallybot::app {
-struct AppSettings;
-}
-
 namespace tallybot::query {
+
+struct QuerySettings;
 
 // Windows colour value (0x00BBGGRR) of an RGB triple.
 constexpr std::uint32_t RgbColour(std::uint32_t r, std::uint32_t g, std::uint32_t b) {
@@ -49,7 +47,7 @@ struct QueryView {
 class QueryCycle {
 public:
     // Every reference must outlive the cycle; socket and resolver may be attached later.
-    QueryCycle(QueryView& view, GameState& state, app::AppSettings& settings, QueryHost& host);
+    QueryCycle(QueryView& view, GameState& state, QuerySettings& settings, QueryHost& host);
 
     void Attach(QuerySocket* socket, NameResolver* resolver);
 
@@ -83,7 +81,7 @@ private:
 
     QueryView& m_view;
     GameState& m_state;
-    app::AppSettings& m_settings;
+    QuerySettings& m_settings;
     QueryHost& m_host;
     QuerySocket* m_socket = nullptr;
     NameResolver* m_resolver = nullptr;

@@ -1,8 +1,8 @@
 // The query cycle's [Extras] additions: the start on an IPv6 address and the A2S exchange.
 
-#include "app/app_settings.h"
-#include "app/error_trap.h"
+#include "base/error_trap.h"
 #include "query/query_cycle.h"
+#include "query/query_settings.h"
 #include "query/server_address.h"
 
 namespace tallybot::query {
@@ -19,10 +19,10 @@ bool QueryCycle::StartIPv6(std::string& field) {
 void QueryCycle::DispatchA2S(std::string_view datagram) {
     A2SExchange::Outcome outcome = m_a2s.Receive(datagram);
     // The challenge answer is sent at once; a refused send waits for the next round.
-    if (outcome.resend && m_socket) app::ResumeNext([&] { m_socket->SendData(*outcome.resend); });
-    if (outcome.reply) app::ResumeNext([&] { m_host.ParseReply(kEngineA2S, *outcome.reply); });
-    app::ResumeNext([&] { m_host.RefreshDisplay(); });
-    app::ResumeNext([&] { m_host.CalcCappedPlayer(m_settings.Profiles.Active().ScorePerCap, 0); });
+    if (outcome.resend && m_socket) base::ResumeNext([&] { m_socket->SendData(*outcome.resend); });
+    if (outcome.reply) base::ResumeNext([&] { m_host.ParseReply(kEngineA2S, *outcome.reply); });
+    base::ResumeNext([&] { m_host.RefreshDisplay(); });
+    base::ResumeNext([&] { m_host.CalcCappedPlayer(m_settings.Profiles.Active().ScorePerCap, 0); });
 }
 
 } // namespace tallybot::query

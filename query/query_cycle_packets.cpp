@@ -1,6 +1,6 @@
 #include "query/query_cycle_packets.h"
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 #include "query/game_state.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "query/query_extras.h"
 
-#include "app/extras_settings.h"
+#include "base/extras_settings.h"
 #include "query/byte_reader.h"
 
 #include <array>
@@ -36,7 +36,7 @@ std::string VersionValue(std::string_view reply) {
 
 } // namespace
 
-QueryExtras QueryExtrasOf(const app::ExtrasSettings& extras) {
+QueryExtras QueryExtrasOf(const base::ExtrasSettings& extras) {
     return {extras.ModernQuake3 == 1, extras.A2SQuery == 1, extras.IPv6 == 1};
 }
 

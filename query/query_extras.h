@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace tallybot::app {
+namespace tallybot::base {
 struct ExtrasSettings;
 }
 
@@ -26,7 +26,7 @@ struct QueryExtras {
     bool operator==(const QueryExtras&) const = default;
 };
 
-QueryExtras QueryExtrasOf(const app::ExtrasSettings& extras);
+QueryExtras QueryExtrasOf(const base::ExtrasSettings& extras);
 
 // True when an upper-cased version text names a present-day Quake 3 engine fork (ioquake3 and
 // the engines built on it, Quake3e, CNQ3).

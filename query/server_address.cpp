@@ -1,6 +1,6 @@
 #include "query/server_address.h"
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 
 #include <cctype>
 #include <vector>

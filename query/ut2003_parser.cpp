@@ -6,8 +6,8 @@
 //   2 players per player: id (4), len, name 00, ping (4, LE), score (4, LE)
 // Each sub-reply fills only its own fields, so the three combine into one state.
 
-#include "app/error_trap.h"
-#include "app/vb_convert.h"
+#include "base/error_trap.h"
+#include "base/vb_convert.h"
 #include "query/byte_reader.h"
 #include "query/parsers.h"
 
@@ -28,7 +28,7 @@ void ParseUT2003Server(std::string_view reply, ServerStatus& status) {
     status.GameName = reader.Text();
     reader.Skip(4);
     std::string_view maxPlayers = reader.Text();
-    app::ResumeNext([&] { status.MaxClients = FirstCode(maxPlayers); });
+    base::ResumeNext([&] { status.MaxClients = FirstCode(maxPlayers); });
     status.Version = "UT 2003";
 }
 
@@ -43,7 +43,7 @@ void ParseUT2003Rules(std::string_view reply, ServerStatus& status) {
         if (key == "timelimit") {
             reader.Skip(1);
             std::string_view value = reader.Text();
-            app::ResumeNext([&] { status.TimeLimit = vb::CByte(static_cast<double>(vb::CLng(value))); });
+            base::ResumeNext([&] { status.TimeLimit = vb::CByte(static_cast<double>(vb::CLng(value))); });
         }
     }
     status.ScoreTime = "N/A";
@@ -60,9 +60,9 @@ void ParseUT2003Players(std::string_view reply, GameState& state) {
         reader.Skip(5);
         player.Name = reader.Text();
         std::string_view ping = reader.Take(4);
-        app::ResumeNext([&] { player.Ping = FirstCode(ping); }); // low byte only
+        base::ResumeNext([&] { player.Ping = FirstCode(ping); }); // low byte only
         std::string_view score = reader.Take(4);
-        app::ResumeNext([&] { player.Score = FirstCode(score); }); // low byte only
+        base::ResumeNext([&] { player.Score = FirstCode(score); }); // low byte only
     }
     // Later slots are left as they are and no team scores are computed here.
     state.Status.NumPlayers = n;

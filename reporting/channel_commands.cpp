@@ -1,6 +1,6 @@
 #include "reporting/channel_commands.h"
 
-#include "app/error_trap.h"
+#include "base/error_trap.h"
 
 namespace tallybot::reporting {
 
@@ -8,21 +8,21 @@ namespace {
 
 struct Command {
     const char* word;
-    int app::AppSettings::*allowed;
+    int ReportSettings::*allowed;
     void (InfoPosts::*post)();
 };
 
 // Checked in this order; "!info" answers with the help post.
 constexpr Command kCommands[] = {
-    {"!info", &app::AppSettings::AllowInfo, &InfoPosts::mnuPostHelp},
-    {"!about", &app::AppSettings::AllowAbout, &InfoPosts::mnuPostAbout},
-    {"!sinfo", &app::AppSettings::AllowServInfo, &InfoPosts::mnuPostServer},
-    {"!pinfo", &app::AppSettings::AllowPlayerInfo, &InfoPosts::mnuPostPlayers},
-    {"!tinfo", &app::AppSettings::AllowTeamInfo, &InfoPosts::mnuPostTeams},
-    {"!ssinfo", &app::AppSettings::AllowSServerInfo, &InfoPosts::mnuPostServerShort},
-    {"!spinfo", &app::AppSettings::AllowSPlayerInfo, &InfoPosts::mnuPostPlayersShort},
-    {"!stinfo", &app::AppSettings::AllowSTeamInfo, &InfoPosts::mnuPostTeamsShort},
-    {"!cust", &app::AppSettings::AllowCustom, &InfoPosts::mnuPostCustomMess},
+    {"!info", &ReportSettings::AllowInfo, &InfoPosts::mnuPostHelp},
+    {"!about", &ReportSettings::AllowAbout, &InfoPosts::mnuPostAbout},
+    {"!sinfo", &ReportSettings::AllowServInfo, &InfoPosts::mnuPostServer},
+    {"!pinfo", &ReportSettings::AllowPlayerInfo, &InfoPosts::mnuPostPlayers},
+    {"!tinfo", &ReportSettings::AllowTeamInfo, &InfoPosts::mnuPostTeams},
+    {"!ssinfo", &ReportSettings::AllowSServerInfo, &InfoPosts::mnuPostServerShort},
+    {"!spinfo", &ReportSettings::AllowSPlayerInfo, &InfoPosts::mnuPostPlayersShort},
+    {"!stinfo", &ReportSettings::AllowSTeamInfo, &InfoPosts::mnuPostTeamsShort},
+    {"!cust", &ReportSettings::AllowCustom, &InfoPosts::mnuPostCustomMess},
 };
 
 enum class Result { CarriedOut, NotAllowed, Unknown };
@@ -46,8 +46,8 @@ void ChannelCommands::LogRequest(const std::string& nick, const std::string& com
 
 void ChannelCommands::ircMain_UserCommand(const std::string& commandLine, const std::string& nick,
                                           const std::string& /*user*/) {
-    app::Trap(m_ctx.log, "frmMain", "ircMain_UserCommand", [&] {
-        const app::AppSettings& s = m_ctx.settings;
+    base::Trap(m_ctx.log, "frmMain", "ircMain_UserCommand", [&] {
+        const ReportSettings& s = m_ctx.settings;
         const std::vector<std::string> words = SplitWords(commandLine);
         const std::string& command = words.front();
 
@@ -92,8 +92,8 @@ void ChannelCommands::tmrIRCSendDelay_Timer() {
 }
 
 void ChannelCommands::ircMain_UserJoin(const std::string& nick) {
-    app::Trap(m_ctx.log, "frmMain", "ircMain_UserJoin", [&] {
-        const app::AppSettings& s = m_ctx.settings;
+    base::Trap(m_ctx.log, "frmMain", "ircMain_UserJoin", [&] {
+        const ReportSettings& s = m_ctx.settings;
         if (s.NoticeEnabled != 1) return;
         m_channel.NotifyUser(nick, m_posts.Expand(s.NoticeMsg));
         m_pane.AddText("[SYSTEM] Sent welcome notice to " + nick, kSystemColour);
@@ -101,7 +101,7 @@ void ChannelCommands::ircMain_UserJoin(const std::string& nick) {
 }
 
 void ChannelCommands::PostOnJoinMessage() {
-    app::Trap(m_ctx.log, "frmMain", "ircMain_StatusChange", [&] {
+    base::Trap(m_ctx.log, "frmMain", "ircMain_StatusChange", [&] {
         if (m_ctx.settings.OnJoinEnabled == 1) m_posts.Post(m_ctx.settings.OnJoinMessage);
     });
 }

@@ -1,6 +1,6 @@
 #include "reporting/info_posts.h"
 
-#include "app/error_trap.h"
+#include "base/error_trap.h"
 #include "reporting/templates.h"
 
 #include <algorithm>
@@ -47,7 +47,7 @@ void CheckPlayerCount(int numPlayers) {
 } // namespace
 
 template <class Body> void InfoPosts::Guarded(const char* procedure, Body&& body) {
-    app::Trap(m_ctx.log, "frmMain", procedure, std::forward<Body>(body));
+    base::Trap(m_ctx.log, "frmMain", procedure, std::forward<Body>(body));
 }
 
 std::string InfoPosts::Expand(std::string_view text, bool resetScores) {

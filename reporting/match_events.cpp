@@ -1,7 +1,7 @@
 #include "reporting/match_events.h"
 
-#include "app/error_trap.h"
-#include "app/vb_convert.h"
+#include "base/error_trap.h"
+#include "base/vb_convert.h"
 #include "reporting/templates.h"
 
 #include <algorithm>
@@ -31,7 +31,7 @@ bool MatchEvents::CanPostEvents() const {
 }
 
 void MatchEvents::CalcCappedPlayer(int scorePerCap, bool matchOver, bool justDetected) {
-    app::Trap(m_ctx.log, "frmMain", "CalcCappedPlayer", [&] {
+    base::Trap(m_ctx.log, "frmMain", "CalcCappedPlayer", [&] {
         if (matchOver) return;
         if (scorePerCap == 0) {
             scorePerCap = kUnsetScorePerCap;
@@ -77,7 +77,7 @@ void MatchEvents::PostCapture() {
 }
 
 void MatchEvents::HandleQ3Info(bool justDetected) {
-    app::Trap(m_ctx.log, "frmMain", "HandleQ3Info", [&] {
+    base::Trap(m_ctx.log, "frmMain", "HandleQ3Info", [&] {
         const std::string timeText = m_ctx.game.Status.ScoreTime;
         const std::string upper = UpperCase(timeText);
         if (m_refreshDisplay) m_refreshDisplay();
@@ -152,7 +152,7 @@ void MatchEvents::HandleClock(const std::string& timeText) {
 }
 
 void MatchEvents::tmrIRCPost_Timer() {
-    app::Trap(m_ctx.log, "frmMain", "tmrIRCPost_Timer", [&] {
+    base::Trap(m_ctx.log, "frmMain", "tmrIRCPost_Timer", [&] {
         ++m_state.IntervalTicks;
         if (m_state.IntervalTicks < m_ctx.Profile().IntervalTime) return;
         m_state.IntervalTicks = 0;

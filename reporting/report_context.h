@@ -2,25 +2,25 @@
 // The inputs match reporting reads (settings, game state, the main window's team names and server
 // box, the log) and the one state record it keeps between replies, ticks and requests.
 
-#include "app/app_settings.h"
 #include "query/game_state.h"
+#include "reporting/report_settings.h"
 
 #include <cstdint>
 #include <string>
 
-namespace tallybot::app {
+namespace tallybot::base {
 class clsAppLog;
 }
 
 namespace tallybot::reporting {
 
 struct ReportContext {
-    app::AppSettings& settings;
+    ReportSettings& settings;
     query::GameState& game;
     const std::string& txtTeamNameRed;
     const std::string& txtTeamNameBlue;
     const std::string& cmbGamServer; // the server as typed, host:port
-    app::clsAppLog* log = nullptr;   // may be null in tools that keep no log
+    base::clsAppLog* log = nullptr;  // may be null in tools that keep no log
 
     const profiles::GameProfile& Profile() const { return settings.Profiles.Active(); }
 };

@@ -1,6 +1,6 @@
 #include "reporting/templates.h"
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 
 #include <cstdint>
 #include <limits>

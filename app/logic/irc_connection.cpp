@@ -1,7 +1,7 @@
 // The IRC connect button, the IRC history boxes and the IRC control's state changes.
 #include "app/logic/history.h"
 #include "app/logic/main_logic.h"
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 #include "reporting/templates.h"
 
 namespace tallybot::app {

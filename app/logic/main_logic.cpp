@@ -1,6 +1,6 @@
 #include "app/logic/main_logic.h"
 
-#include "app/error_trap.h"
+#include "base/error_trap.h"
 #include "profiles/profile_selection.h"
 
 namespace tallybot::app {
@@ -41,7 +41,7 @@ MainLogic::~MainLogic() {
 }
 
 void MainLogic::Handler(const char* procedure, const std::function<void()>& body) {
-    Trap(m_log.get(), kModule, procedure, body);
+    base::Trap(m_log.get(), kModule, procedure, body);
     Sync();
 }
 

@@ -4,10 +4,10 @@
 // what the window shows in MainView. The window and the headless runner drive it through its
 // handler methods (named after the controls they belong to) and mirror View().
 
-#include "app/app_log.h"
 #include "app/app_settings.h"
 #include "app/logic/main_timers.h"
 #include "app/logic/main_view.h"
+#include "base/app_log.h"
 #include "irc/usc_irc.h"
 #include "query/game_state.h"
 #include "query/query_cycle.h"
@@ -22,11 +22,11 @@ namespace tallybot::app {
 
 // What start-up needs from the platform; everything here is passed in, nothing is looked up.
 struct StartupOptions {
-    std::string home;               // the program folder (Tallybot.ini, Profiles/, Tallybot.log)
-    OperatorShell* shell = nullptr; // message boxes; may be null in tests
-    clsAppLog::Clock clock;         // time of log entries; null: the system clock
-    SystemFacts facts;              // for the error report
-    std::string commandLine;        // the program's own command line (positional words)
+    std::string home;                     // the program folder (Tallybot.ini, Profiles/, Tallybot.log)
+    base::OperatorShell* shell = nullptr; // message boxes; may be null in tests
+    base::clsAppLog::Clock clock;         // time of log entries; null: the system clock
+    base::SystemFacts facts;              // for the error report
+    std::string commandLine;              // the program's own command line (positional words)
 };
 
 inline constexpr const char* kAppTitle = "Tallybot";
@@ -104,7 +104,7 @@ public:
     reporting::ReportingState& ReportState() { return m_reportState; }
     irc::uscIRC& Irc() { return m_irc; }
     query::QueryCycle& Query() { return m_query; }
-    clsAppLog* Log() { return m_log.get(); }
+    base::clsAppLog* Log() { return m_log.get(); }
     const std::string& CommandLine() const { return m_commandLine; }
 
     // query::QueryHost
@@ -144,8 +144,8 @@ private:
     reporting::Reporting m_reporting;
     irc::uscIRC m_irc;
     query::QueryCycle m_query;
-    std::unique_ptr<clsAppLog> m_log;
-    OperatorShell* m_shell = nullptr;
+    std::unique_ptr<base::clsAppLog> m_log;
+    base::OperatorShell* m_shell = nullptr;
     MainTimers* m_timers = nullptr;
     std::function<void()> m_viewObserver;
     std::string m_commandLine;

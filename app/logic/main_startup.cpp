@@ -1,8 +1,8 @@
 // Start-up (Main, Form_Load) and shutdown (Form_QueryUnload) of the main window.
-#include "app/error_trap.h"
 #include "app/logic/main_logic.h"
 #include "app/settings_file.h"
-#include "app/vb_convert.h"
+#include "base/error_trap.h"
+#include "base/vb_convert.h"
 #include "profiles/profile_store.h"
 #include "reporting/templates.h"
 
@@ -16,14 +16,14 @@ void MainLogic::Main(const StartupOptions& options) {
     m_commandLine = options.commandLine;
 
     // 2. The log, with a fresh file for this run.
-    m_log = std::make_unique<clsAppLog>(m_settings.AppPath + kAppTitle + ".log", kAppTitle, reporting::ProgramVersion(),
-                                        options.shell, options.clock);
+    m_log = std::make_unique<base::clsAppLog>(m_settings.AppPath + kAppTitle + ".log", kAppTitle,
+                                              reporting::ProgramVersion(), options.shell, options.clock);
     m_log->Facts = options.facts;
     m_settings.Log = m_log.get();
     m_ctx.log = m_log.get();
     m_log->Log("modMain", "Main", 0, "Application startup, initializing", false, false, true);
 
-    Trap(m_log.get(), "modMain", "Main", [&] {
+    base::Trap(m_log.get(), "modMain", "Main", [&] {
         // 3. Common controls: nothing to initialise here.
         // 4. Profiles, then 5. settings.
         profiles::LoadAllProfiles(m_settings);

@@ -1,6 +1,6 @@
 // HandleRemote: the four commands another process can send to the running instance.
 #include "app/logic/main_logic.h"
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 
 #include <vector>
 

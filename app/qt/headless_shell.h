@@ -2,11 +2,11 @@
 // The operator shell without a window: messages go to standard error, every yes/no question is
 // answered "no", and nothing is opened.
 
-#include "app/app_log.h"
+#include "base/app_log.h"
 
 namespace tallybot::app {
 
-class HeadlessShell final : public OperatorShell {
+class HeadlessShell final : public base::OperatorShell {
 public:
     void ShowMessage(const std::string& text, const std::string& title) override;
     bool AskYesNo(const std::string& text, const std::string& title) override;

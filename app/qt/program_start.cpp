@@ -38,11 +38,11 @@ std::optional<int> DeliverToRunning(const CommandLine& line, const ProgramPlace&
     return std::nullopt;
 }
 
-StartupOptions PrepareStartup(const CommandLine& line, const ProgramPlace& place, OperatorShell& shell) {
+StartupOptions PrepareStartup(const CommandLine& line, const ProgramPlace& place, base::OperatorShell& shell) {
     StartupOptions options;
     options.home = PrepareHomeFolder(place.home, ProfileSources(place.programFolder));
     options.shell = &shell;
-    options.facts = CollectSystemFacts();
+    options.facts = base::CollectSystemFacts();
     options.commandLine = line.command;
     return options;
 }

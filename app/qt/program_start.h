@@ -22,6 +22,6 @@ ProgramPlace LocateProgram(const CommandLine& line);
 // delivered (or, for --send, could not be); nothing when this process should run the instance.
 std::optional<int> DeliverToRunning(const CommandLine& line, const ProgramPlace& place);
 // Creates the home folder (profiles copied on first use) and fills the start-up options.
-StartupOptions PrepareStartup(const CommandLine& line, const ProgramPlace& place, OperatorShell& shell);
+StartupOptions PrepareStartup(const CommandLine& line, const ProgramPlace& place, base::OperatorShell& shell);
 
 } // namespace tallybot::app

@@ -1,12 +1,12 @@
 #include "app/qt/remote_server.h"
 
-#include "app/remote_message.h"
+#include "base/remote_message.h"
+
+#include <unistd.h>
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QLocalSocket>
-
-#include <unistd.h>
 
 namespace tallybot::app {
 
@@ -16,8 +16,8 @@ RemoteServer::RemoteServer(Handler handler, QObject* parent) : QObject(parent), 
 
 QString RemoteServer::ChannelName(const QString& homeFolder) {
     // The canonical path keeps "home" and "home/." on one channel; the user id keeps users apart.
-    const QString canonical = QDir(homeFolder).canonicalPath().isEmpty() ? QDir(homeFolder).absolutePath()
-                                                                         : QDir(homeFolder).canonicalPath();
+    const QString canonical =
+        QDir(homeFolder).canonicalPath().isEmpty() ? QDir(homeFolder).absolutePath() : QDir(homeFolder).canonicalPath();
     const QByteArray hash = QCryptographicHash::hash(canonical.toUtf8(), QCryptographicHash::Sha256).toHex().left(16);
     return QStringLiteral("tallybot-%1-%2").arg(getuid()).arg(QString::fromLatin1(hash));
 }
@@ -38,7 +38,7 @@ bool RemoteServer::Send(const QString& homeFolder, const std::string& command, i
     QLocalSocket socket;
     socket.connectToServer(ChannelName(homeFolder));
     if (!socket.waitForConnected(timeoutMs)) return false;
-    const std::string message = EncodeRemoteMessage(command);
+    const std::string message = base::EncodeRemoteMessage(command);
     socket.write(message.data(), static_cast<qint64>(message.size()));
     if (!socket.waitForBytesWritten(timeoutMs)) return false;
     socket.disconnectFromServer();
@@ -51,12 +51,15 @@ void RemoteServer::OnNewConnection() {
         auto buffer = std::make_shared<QByteArray>();
         connect(socket, &QLocalSocket::readyRead, socket, [socket, buffer] {
             // Never hold more than one message's worth from a peer.
-            buffer->append(socket->read(1 + kRemoteBufferSize - std::min<qsizetype>(buffer->size(), 1 + kRemoteBufferSize)));
+            buffer->append(socket->read(1 + base::kRemoteBufferSize -
+                                        std::min<qsizetype>(buffer->size(), 1 + base::kRemoteBufferSize)));
         });
         connect(socket, &QLocalSocket::disconnected, this, [this, socket, buffer] {
-            buffer->append(socket->readAll().left(1 + kRemoteBufferSize - std::min<qsizetype>(buffer->size(), 1 + kRemoteBufferSize)));
+            buffer->append(socket->readAll().left(1 + base::kRemoteBufferSize -
+                                                  std::min<qsizetype>(buffer->size(), 1 + base::kRemoteBufferSize)));
             socket->deleteLater();
-            if (auto command = DecodeRemoteMessage(std::string_view(buffer->constData(), buffer->size())); command)
+            if (auto command = base::DecodeRemoteMessage(std::string_view(buffer->constData(), buffer->size()));
+                command)
                 m_handler(*command);
         });
     }

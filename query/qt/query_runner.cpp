@@ -1,6 +1,6 @@
 #include "query/qt/query_runner.h"
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 
 #include <QDateTime>
 #include <QHostInfo>

@@ -1,6 +1,6 @@
 #include "app/command_line.h"
-#include "app/remote_message.h"
-#include "tests/app/temp_folder.h"
+#include "base/remote_message.h"
+#include "tests/support/temp_folder.h"
 
 #include <filesystem>
 
@@ -71,13 +71,13 @@ TEST(CommandLineTest, FirstRunCopiesShippedProfilesOnce) {
 }
 
 TEST(RemoteMessageTest, OnlyIdentifierThreeCarriesACommandCutAtZeroAnd255Bytes) {
-    EXPECT_EQ(DecodeRemoteMessage(EncodeRemoteMessage("DisGam")), "DisGam");
-    EXPECT_EQ(DecodeRemoteMessage(std::string("\003ConGam\0junk", 12)), "ConGam");
-    EXPECT_EQ(DecodeRemoteMessage(EncodeRemoteMessage("DisGam", 4)), std::nullopt);
-    EXPECT_EQ(DecodeRemoteMessage(""), std::nullopt);
+    EXPECT_EQ(base::DecodeRemoteMessage(base::EncodeRemoteMessage("DisGam")), "DisGam");
+    EXPECT_EQ(base::DecodeRemoteMessage(std::string("\003ConGam\0junk", 12)), "ConGam");
+    EXPECT_EQ(base::DecodeRemoteMessage(base::EncodeRemoteMessage("DisGam", 4)), std::nullopt);
+    EXPECT_EQ(base::DecodeRemoteMessage(""), std::nullopt);
     const std::string longText(300, 'x');
-    EXPECT_EQ(DecodeRemoteMessage("\x03" + longText)->size(), 255u);
-    EXPECT_EQ(EncodeRemoteMessage(longText).size(), 256u);
+    EXPECT_EQ(base::DecodeRemoteMessage("\x03" + longText)->size(), 255u);
+    EXPECT_EQ(base::EncodeRemoteMessage(longText).size(), 256u);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "app/app_settings.h"
 #include "app/settings_file.h"
-#include "tests/app/temp_folder.h"
+#include "base/escape_marks.h"
+#include "tests/support/temp_folder.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -53,12 +54,32 @@ TEST(SettingsFile, DefaultsMissingFileAndGoldenFileAllSaveAsTheGoldenFile) {
     EXPECT_EQ(settings.ExtTextCol, "\00310"); // \003: the colour code
     EXPECT_EQ(settings.InfoTextCol, "\0032");
     EXPECT_EQ(settings.Extras.IdentPort, 113);
-    EXPECT_EQ(SaveAndRead(settings, empty), golden);
+    AppSettings presentDay; // a new home: the defaults with today's [Extras] values
+    ApplyPresentDayExtras(presentDay.Extras);
+    TempFolder expected;
+    EXPECT_EQ(SaveAndRead(settings, empty), SaveAndRead(presentDay, expected));
 
     WriteBytes(folder.File("Tallybot.ini"), golden);
     settings = LoadFrom(folder);
     TempFolder other;
     EXPECT_EQ(SaveAndRead(settings, other), golden);
+}
+
+// A new home is written with the values today's servers need; an existing file without the key
+// keeps the classic behaviour.
+TEST(SettingsFile, NewHomeGetsPresentDayExtrasAndAnOldFileKeepsTheClassicOnes) {
+    const char* presentDay[] = {"ModernQuake3=1\r\n"};
+    TempFolder fresh;
+    AppSettings settings = LoadFrom(fresh);
+    const std::string written = SaveAndRead(settings, fresh);
+    TempFolder old;
+    WriteBytes(old.File("Tallybot.ini"), "[General]\r\nMinToTray=1\r\n");
+    AppSettings classic = LoadFrom(old);
+    const std::string kept = SaveAndRead(classic, old);
+    for (const char* line : presentDay) {
+        EXPECT_NE(written.find(line), std::string::npos) << line;
+        EXPECT_EQ(kept.find(line), std::string::npos) << line;
+    }
 }
 
 TEST(SettingsFile, ColourDigitsGainAndLoseThePrefix) {
@@ -106,7 +127,7 @@ TEST(SettingsFile, OnJoinTextsAreEscapedInTheFileAndInMemory) {
 
 TEST(SettingsFile, TypedMarkReadsBackAsControlCode) {
     std::string text = "a" + kMarkBold + "b";
-    UnescapeControlCodes(text);
+    base::UnescapeControlCodes(text);
     EXPECT_EQ(text, "a" + kBold + "b");
 }
 

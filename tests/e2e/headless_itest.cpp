@@ -1,10 +1,10 @@
 // The whole program without a window: `tallybot --headless` with its own home folder, a real
 // ngircd, the game-server simulator and a user in the channel who reads what the bot posts.
-#include "tests/app/temp_folder.h"
 #include "tests/e2e/tallybot_process.h"
 #include "tests/support/gamesim_process.h"
 #include "tests/support/irc_test_client.h"
 #include "tests/support/ngircd_server.h"
+#include "tests/support/temp_folder.h"
 
 #include <set>
 #include <sstream>
@@ -17,9 +17,9 @@ namespace tallybot::e2e {
 namespace {
 
 using namespace std::chrono_literals;
-using app::test::ReadBytes;
-using app::test::TempFolder;
-using app::test::WriteBytes;
+using tallybot::test::ReadBytes;
+using tallybot::test::TempFolder;
+using tallybot::test::WriteBytes;
 using testsupport::GamesimProcess;
 using testsupport::IrcTestClient;
 using testsupport::NgircdServer;

@@ -1,7 +1,7 @@
 // The window lives in libtallybot-window.so: the headless runner must map no GUI library, and a
 // `tallybot` without its module must say so instead of failing obscurely.
-#include "tests/app/temp_folder.h"
 #include "tests/e2e/tallybot_process.h"
+#include "tests/support/temp_folder.h"
 
 #include <filesystem>
 
@@ -12,8 +12,8 @@
 namespace tallybot::e2e {
 namespace {
 
-using app::test::ReadBytes;
-using app::test::TempFolder;
+using tallybot::test::ReadBytes;
+using tallybot::test::TempFolder;
 
 TEST(WindowModuleTest, HeadlessRunnerMapsNoGuiLibrary) {
     TempFolder home;

@@ -1,5 +1,5 @@
 // The team-assignment dialog on a player table: assign, remove, and "all" on an empty list.
-#include "desktop/frm_assign_players.h"
+#include "gui/frm_assign_players.h"
 #include "query/game_state.h"
 
 #include <QListWidget>

@@ -1,7 +1,7 @@
 #pragma once
 // Message boxes for GUI tests: every text shown is recorded, questions get scripted answers.
 
-#include "desktop/message_boxes.h"
+#include "gui/message_boxes.h"
 
 #include <deque>
 #include <string>

@@ -1,7 +1,7 @@
 // The main window over a real MainLogic with fake IRC sockets: controls and menus by name, the
 // connect button, the query controls, the tray texts, first activation and the correction dialogs.
-#include "app/window/frm_main.h"
-#include "desktop/irc_pane_widget.h"
+#include "gui/frm_main.h"
+#include "gui/irc_pane_widget.h"
 #include "query/query_cycle.h"
 #include "tests/gui/fake_message_boxes.h"
 #include "tests/logic/logic_fixture.h"

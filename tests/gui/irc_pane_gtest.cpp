@@ -1,7 +1,7 @@
 // The IRC pane widget over the real IRC core: painted colours, backgrounds and attributes, links
 // and channel names under the mouse, the formatting keys, Enter, the history and the user list.
-#include "desktop/irc_palette.h"
-#include "desktop/irc_pane_widget.h"
+#include "gui/irc_palette.h"
+#include "gui/irc_pane_widget.h"
 #include "tests/irc/fake_irc_transport.h"
 
 #include <QApplication>

@@ -1,10 +1,10 @@
 // The options dialog against the settings record: OK, Cancel, the short-server-info quirk, the
 // number conversions, the colour boxes, the previews, field validation and the placeholder picker.
 #include "app/app_settings.h"
-#include "desktop/box_validation.h"
-#include "desktop/frm_modifiers.h"
-#include "desktop/frm_options.h"
-#include "desktop/irc_palette.h"
+#include "gui/box_validation.h"
+#include "gui/frm_modifiers.h"
+#include "gui/frm_options.h"
+#include "gui/irc_palette.h"
 #include "tests/gui/fake_message_boxes.h"
 
 #include <QApplication>

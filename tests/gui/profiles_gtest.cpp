@@ -1,11 +1,11 @@
 // The profile editor against real profile files: new with the name prompt, save, delete with the
 // "Default" protection and the question, and the refusal of its two number boxes.
 #include "app/app_settings.h"
-#include "desktop/frm_modifiers.h"
-#include "desktop/frm_profiles.h"
+#include "gui/frm_modifiers.h"
+#include "gui/frm_profiles.h"
 #include "profiles/profile_store.h"
-#include "tests/app/temp_folder.h"
 #include "tests/gui/fake_message_boxes.h"
+#include "tests/support/temp_folder.h"
 
 #include <filesystem>
 #include <fstream>
@@ -40,7 +40,7 @@ protected:
         return items.empty() ? -1 : dialog->findChild<QListWidget*>("lstProfiles")->row(items[0]);
     }
 
-    app::test::TempFolder home;
+    tallybot::test::TempFolder home;
     app::AppSettings settings;
     FakeMessageBoxes boxes;
     std::unique_ptr<desktop::frmProfiles> dialog;

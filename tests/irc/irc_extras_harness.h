@@ -3,7 +3,7 @@
 // the integration tests of TLS, SASL, reconnect, pacing and encoding. Options are read at each
 // connect from `options`; the settings record's switches go through ExtrasOptionsFrom.
 
-#include "app/extras_settings.h"
+#include "base/extras_settings.h"
 #include "irc/irc_extras_options.h"
 #include "irc/qt/irc_session_sockets.h"
 #include "irc/qt/qt_irc_clock.h"
@@ -71,7 +71,7 @@ public:
         });
     }
 
-    app::ExtrasSettings extras;
+    base::ExtrasSettings extras;
     QtIrcClock clock;
     IrcSessionSockets sockets;
     uscIRC core;

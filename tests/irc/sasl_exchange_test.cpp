@@ -1,4 +1,4 @@
-#include "app/extras_settings.h"
+#include "base/extras_settings.h"
 #include "irc/irc_extras_options.h"
 #include "irc/irc_line.h"
 #include "irc/sasl_exchange.h"
@@ -96,7 +96,7 @@ TEST(Sasl, LongCredentialsGoInPiecesOf400) {
 }
 
 TEST(ExtrasOptions, BuiltFromTheSettingsRecord) {
-    app::ExtrasSettings extras;
+    base::ExtrasSettings extras;
     EXPECT_EQ(ExtrasOptionsFrom(extras), IrcExtrasOptions{}); // the defaults keep the classic behaviour
     extras.IrcTls = 1;
     extras.IrcTlsPinSha256 = std::string("AB:") + std::string(62, 'C');

@@ -2,8 +2,8 @@
 // MainLogic over fake IRC sockets, a standing clock and recorded timers, in a fresh home folder.
 
 #include "app/logic/main_logic.h"
-#include "tests/app/temp_folder.h"
 #include "tests/irc/fake_irc_transport.h"
+#include "tests/support/temp_folder.h"
 
 #include <chrono>
 #include <memory>
@@ -13,6 +13,10 @@
 #include <gtest/gtest.h>
 
 namespace tallybot::app::test {
+
+using tallybot::test::ReadBytes;
+using tallybot::test::TempFolder;
+using tallybot::test::WriteBytes;
 
 class RecordingTimers : public MainTimers {
 public:
@@ -31,7 +35,7 @@ public:
     }
 };
 
-class RecordingShell : public OperatorShell {
+class RecordingShell : public base::OperatorShell {
 public:
     std::vector<std::string> messages;
     void ShowMessage(const std::string& text, const std::string&) override { messages.push_back(text); }

@@ -1,10 +1,10 @@
 // Profile files: the byte-exact written form, loading with defaults, the listing order and its
 // limit of 20, the default profile, and failures that are logged instead of thrown.
 
-#include "app/app_log.h"
 #include "app/app_settings.h"
+#include "base/app_log.h"
 #include "profiles/profile_store.h"
-#include "tests/app/temp_folder.h"
+#include "tests/support/temp_folder.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -15,13 +15,13 @@ namespace {
 
 namespace fs = std::filesystem;
 using tallybot::app::AppSettings;
-using tallybot::app::test::ReadBytes;
-using tallybot::app::test::TempFolder;
-using tallybot::app::test::WriteBytes;
 using tallybot::profiles::GameProfile;
+using tallybot::test::ReadBytes;
+using tallybot::test::TempFolder;
+using tallybot::test::WriteBytes;
 namespace profiles = tallybot::profiles;
 
-class SilentShell : public tallybot::app::OperatorShell {
+class SilentShell : public tallybot::base::OperatorShell {
 public:
     void ShowMessage(const std::string&, const std::string&) override {}
     bool AskYesNo(const std::string&, const std::string&) override { return false; }
@@ -48,7 +48,7 @@ protected:
 
     TempFolder home;
     SilentShell shell;
-    tallybot::app::clsAppLog log{home.File("Tallybot.log"), "Tallybot", "1.0.0", &shell};
+    tallybot::base::clsAppLog log{home.File("Tallybot.log"), "Tallybot", "1.0.0", &shell};
     AppSettings settings;
 };
 

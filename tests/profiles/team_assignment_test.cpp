@@ -1,6 +1,6 @@
 // Manual team assignment and score correction on the live game state.
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 #include "profiles/team_assignment.h"
 #include "query/team_scores.h"
 #include "tests/support/param_name.h"

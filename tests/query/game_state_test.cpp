@@ -1,6 +1,6 @@
 // Engine table, clearing rules, team lists, the tokenizer and name cleaning.
 
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 #include "query/game_state.h"
 #include "tests/support/param_name.h"
 #include "tests/support/query_printers.h"

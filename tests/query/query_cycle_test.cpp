@@ -2,7 +2,7 @@
 // datagrams, time-out, GameSpy assembly and the game data log.
 
 #include "app/app_settings.h"
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 #include "query/query_cycle.h"
 #include "query/query_cycle_packets.h"
 

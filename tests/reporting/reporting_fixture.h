@@ -2,8 +2,8 @@
 // A reporting set-up over fake sinks: what is posted, noticed and written to the pane is recorded
 // line by line so tests compare bytes.
 
-#include "app/app_log.h"
 #include "app/app_settings.h"
+#include "base/app_log.h"
 #include "query/game_state.h"
 #include "reporting/reporting.h"
 
@@ -80,7 +80,7 @@ protected:
     std::string teamRed;
     std::string teamBlue;
     std::string server = "10.0.0.1:27960";
-    app::clsAppLog log{::testing::TempDir() + "tallybot_reporting_test.log", "Tallybot", "1.0.0", nullptr};
+    base::clsAppLog log{::testing::TempDir() + "tallybot_reporting_test.log", "Tallybot", "1.0.0", nullptr};
     ReportContext ctx{settings, game, teamRed, teamBlue, server, &log};
     ReportingState state;
     FakeChannel channel;

@@ -1,4 +1,4 @@
-#include "app/vb_convert.h"
+#include "base/vb_convert.h"
 #include "reporting/templates.h"
 #include "tests/reporting/reporting_fixture.h"
 

@@ -1,0 +1,31 @@
+#pragma once
+// Settings beyond the classic ones, stored in section "Extras" after the classic sections. Every
+// default leaves the classic behaviour as it was; docs/settings.md describes each key.
+
+#include <string>
+
+namespace tallybot::base {
+
+struct ExtrasSettings {
+    int IrcTls = 0;              // connect to the IRC server over TLS
+    int IrcTlsVerify = 1;        // verify the server's certificate when TLS is used
+    std::string IrcTlsPinSha256; // hex SHA-256 of the server certificate; accepted when it matches
+    std::string IrcPassword;     // server password (PASS) sent before registration
+    std::string SaslMechanism;   // "", "PLAIN" or "EXTERNAL"
+    std::string SaslUser;
+    std::string SaslPassword;
+    std::string ClientCertFile;          // PEM client certificate (TLS, SASL EXTERNAL)
+    std::string ClientKeyFile;           // PEM private key of that certificate
+    int AutoReconnect = 0;               // reconnect with backoff after an unexpected disconnect
+    int PacedSending = 0;                // queue outgoing lines to keep within the server's flood limits
+    int IdentEnabled = 1;                // run the ident responder while connecting
+    int IdentPort = 113;                 // port of the ident responder
+    std::string IrcEncoding = "Latin-1"; // "Latin-1" or "UTF-8" on the IRC side
+    int ModernQuake3 = 0;                // accept present-day Quake 3 engine reply variants
+    int A2SQuery = 0;                    // query Half-Life family servers with the A2S protocol
+    int IPv6 = 0;                        // allow IPv6 addresses for game and IRC servers
+    int GameColoursToIrc = 0;            // turn game colour codes in names into IRC colours
+    std::string ReportAddress;           // mail address of error reports; empty: no report is offered
+};
+
+} // namespace tallybot::base

@@ -1,0 +1,25 @@
+#include "gui/ok_cancel_buttons.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QPushButton>
+
+namespace tallybot::desktop {
+
+QDialogButtonBox* OkCancelButtons(QDialog* dialog, std::function<bool()> confirm) {
+    auto* ok = new QPushButton("OK");
+    ok->setObjectName("cmdOK");
+    ok->setDefault(true);
+    auto* cancel = new QPushButton("Cancel");
+    cancel->setObjectName("cmdCancel");
+    auto* buttons = new QDialogButtonBox;
+    buttons->addButton(ok, QDialogButtonBox::AcceptRole);
+    buttons->addButton(cancel, QDialogButtonBox::RejectRole);
+    QObject::connect(ok, &QPushButton::clicked, dialog, [dialog, confirm = std::move(confirm)] {
+        if (confirm()) dialog->accept();
+    });
+    QObject::connect(cancel, &QPushButton::clicked, dialog, &QDialog::reject);
+    return buttons;
+}
+
+} // namespace tallybot::desktop
