@@ -45,6 +45,12 @@ void LoadExtras(const base::IniFile& ini, base::ExtrasSettings& x) {
     x.IPv6 = ini.GetInt(s, "IPv6", 0);
     x.GameColoursToIrc = ini.GetInt(s, "GameColoursToIrc", 0);
     x.ReportAddress = ini.GetString(s, "ReportAddress", "");
+    x.UserFromIdent = ini.GetInt(s, "UserFromIdent", 0);
+    x.ShowErrorNumerics = ini.GetInt(s, "ShowErrorNumerics", 0);
+    x.JoinAfter422 = ini.GetInt(s, "JoinAfter422", 0);
+    x.TrailingAfterPrefix = ini.GetInt(s, "TrailingAfterPrefix", 0);
+    x.NickFrom001 = ini.GetInt(s, "NickFrom001", 0);
+    x.QueryRetry = ini.GetInt(s, "QueryRetry", 0);
 }
 
 void SaveExtras(base::IniFile& ini, const base::ExtrasSettings& x) {
@@ -68,12 +74,24 @@ void SaveExtras(base::IniFile& ini, const base::ExtrasSettings& x) {
     ini.WriteInt(s, "IPv6", x.IPv6);
     ini.WriteInt(s, "GameColoursToIrc", x.GameColoursToIrc);
     ini.WriteString(s, "ReportAddress", x.ReportAddress);
+    ini.WriteInt(s, "UserFromIdent", x.UserFromIdent);
+    ini.WriteInt(s, "ShowErrorNumerics", x.ShowErrorNumerics);
+    ini.WriteInt(s, "JoinAfter422", x.JoinAfter422);
+    ini.WriteInt(s, "TrailingAfterPrefix", x.TrailingAfterPrefix);
+    ini.WriteInt(s, "NickFrom001", x.NickFrom001);
+    ini.WriteInt(s, "QueryRetry", x.QueryRetry);
 }
 
 } // namespace
 
 void ApplyPresentDayExtras(base::ExtrasSettings& x) {
     x.ModernQuake3 = 1;
+    x.UserFromIdent = 1;
+    x.ShowErrorNumerics = 1;
+    x.JoinAfter422 = 1;
+    x.TrailingAfterPrefix = 1;
+    x.NickFrom001 = 1;
+    x.QueryRetry = 1;
 }
 
 void LoadSettings(AppSettings& st) {

@@ -26,6 +26,12 @@ struct ExtrasSettings {
     int IPv6 = 0;                        // allow IPv6 addresses for game and IRC servers
     int GameColoursToIrc = 0;            // turn game colour codes in names into IRC colours
     std::string ReportAddress;           // mail address of error reports; empty: no report is offered
+    int UserFromIdent = 0;               // USER name: the part of IdentEmail before "@"
+    int ShowErrorNumerics = 0;           // show every error numeric 400-599 in ErrorColor
+    int JoinAfter422 = 0;                // join after "no MOTD" (422) as after 376
+    int TrailingAfterPrefix = 0;         // trailing text after the prefix (hosts with colons)
+    int NickFrom001 = 0;                 // own nick from 001; 433 before it retries with "_"
+    int QueryRetry = 0;                  // after ten silent rounds, probe again with growing pauses
 };
 
 } // namespace tallybot::base

@@ -1,5 +1,6 @@
 // The line handler with hostile server bytes: each input is split into lines and handed to a
-// joined control (DCC accepted, so the offer path runs too), then typed as user input. Every
+// joined control (DCC accepted, so the offer path runs too; every third input with the switches for
+// present-day servers), then typed as user input. Every
 // line the control sends must be one wire line: at most 512 bytes, CR LF only at its end.
 
 #include "irc/irc_wire.h"
@@ -31,6 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     rig.questions.answers = {true, true, true};
     rig.irc.Properties().TimeStamp = size % 2 == 1;
     rig.irc.Properties().ControlType = static_cast<int>(size % 5);
+    const bool today = size % 3 == 0; // the present-day switches on every third input
+    rig.irc.SetCompat({today, today, today, today, today});
     rig.Join();
     rig.irc.OnServerData(input);
     rig.irc.OnDccConnected();

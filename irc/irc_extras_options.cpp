@@ -16,6 +16,11 @@ std::string NormalizePin(std::string_view text) {
     return hex.size() == 64 ? hex : std::string();
 }
 
+ServerCompat ServerCompatOf(const base::ExtrasSettings& extras) {
+    return {extras.UserFromIdent == 1, extras.ShowErrorNumerics == 1, extras.JoinAfter422 == 1,
+            extras.TrailingAfterPrefix == 1, extras.NickFrom001 == 1};
+}
+
 IrcExtrasOptions ExtrasOptionsFrom(const base::ExtrasSettings& extras) {
     IrcExtrasOptions o;
     o.Tls.Enabled = extras.IrcTls == 1;
@@ -27,6 +32,7 @@ IrcExtrasOptions ExtrasOptionsFrom(const base::ExtrasSettings& extras) {
     o.AutoReconnect = extras.AutoReconnect == 1;
     o.PacedSending = extras.PacedSending == 1;
     o.Encoding = ParseIrcEncoding(extras.IrcEncoding);
+    o.Compat = ServerCompatOf(extras);
     return o;
 }
 

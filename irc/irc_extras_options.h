@@ -5,6 +5,7 @@
 
 #include "irc/irc_text_codec.h"
 #include "irc/sasl_exchange.h"
+#include "irc/server_compat.h"
 
 #include <string>
 #include <string_view>
@@ -30,6 +31,7 @@ struct IrcExtrasOptions {
     bool AutoReconnect = false;
     bool PacedSending = false;
     IrcEncoding Encoding = IrcEncoding::Latin1;
+    ServerCompat Compat; // handed to the control at each connect
     bool operator==(const IrcExtrasOptions&) const = default;
 };
 

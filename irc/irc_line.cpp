@@ -14,7 +14,7 @@ bool IsNumericWord(std::string_view word) {
     return true;
 }
 
-IrcLine ParseIrcLine(std::string_view line) {
+IrcLine ParseIrcLine(std::string_view line, bool afterPrefix) {
     IrcLine l;
     if (line.size() >= 2 && line.substr(line.size() - 2) == "\r\n") line.remove_suffix(2);
     l.Text = std::string(line);
@@ -31,7 +31,11 @@ IrcLine ParseIrcLine(std::string_view line) {
 
     // A word other than the first that begins with a colon makes the rest after the first colon
     // past position 1 the trailing text.
-    if (line.find(" :") != std::string_view::npos) {
+    if (afterPrefix) {
+        const auto prefixEnd = line.front() == ':' ? line.find(' ') : 0;
+        const auto start = prefixEnd == std::string_view::npos ? prefixEnd : line.find(" :", prefixEnd);
+        if (start != std::string_view::npos) l.Trailing = std::string(line.substr(start + 2));
+    } else if (line.find(" :") != std::string_view::npos) {
         const auto colon = line.find(':', 1);
         l.Trailing = std::string(line.substr(colon + 1));
     }

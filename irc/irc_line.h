@@ -26,7 +26,9 @@ struct IrcLine {
     bool FullPrefix() const; // nick!user@host
 };
 
-IrcLine ParseIrcLine(std::string_view line);
+// afterPrefix (TrailingAfterPrefix): the trailing text starts at the first " :" after the
+// prefix, so a host such as 2001:db8::7 in the prefix does not cut it short.
+IrcLine ParseIrcLine(std::string_view line, bool afterPrefix = false);
 
 // Word 2 of a numeric reply: one to three digits.
 bool IsNumericWord(std::string_view word);

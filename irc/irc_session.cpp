@@ -178,6 +178,7 @@ void IrcSession::OnDccError(int number, const std::string& description) {
 
 void IrcSession::OnHostConnect() {
     if (m_source) m_options = m_source();
+    if (m_core) m_core->SetCompat(m_options.Compat);
     m_wanted = true;
     m_reconnect.Cancel();
 }

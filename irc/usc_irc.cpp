@@ -63,6 +63,8 @@ void uscIRC::Connect() {
 void uscIRC::OpenConnection() {
     m_transport.ServerConnect(m_props.ServerAddress, m_props.ServerPort);
     m_identAnswered = false;
+    m_welcomed = false;
+    m_nickRetries = 0;
     if (m_transport.IdentState() != kSockListening && m_props.Ident) m_transport.IdentListen(m_props.IdentPort);
 }
 
@@ -180,7 +182,7 @@ void uscIRC::OnServerConnected() {
     Trapped("SERVER", [&] {
         if (!m_serverPassword.empty()) SendIRCData("PASS " + m_serverPassword);
         // " : " before the real name: the server sees it with a leading blank, as always.
-        SendIRCData("USER " + m_props.Email + " " + m_transport.ServerLocalHostName() + " " +
+        SendIRCData("USER " + UserName() + " " + m_transport.ServerLocalHostName() + " " +
                     m_transport.ServerRemoteHost() + " : " + m_props.RealName);
         SendIRCData("NICK " + m_props.Nick);
     });

@@ -11,6 +11,7 @@
 #include "irc/irc_session_hooks.h"
 #include "irc/irc_transport.h"
 #include "irc/pane_model.h"
+#include "irc/server_compat.h"
 #include "irc/user_list.h"
 
 #include <cstdint>
@@ -95,6 +96,8 @@ struct IrcView {
     std::function<void(const PaneLine&)> PaneLineAdded;
     std::function<void()> UserListChanged;
     std::function<void(const std::string& link)> OpenLink; // the system's default handler
+    // ShowErrorNumerics: an error numeric the classic table skips was shown (headless prints it).
+    std::function<void(int numeric, const std::string& text)> ServerErrorShown;
 };
 
 class uscIRC final : public IrcSocketEvents {
@@ -110,6 +113,9 @@ public:
     const std::string& ChannelName() const { return m_props.ChannelName; }
     const std::string& Nick() const { return m_props.Nick; }
     void SetServerPassword(std::string password) { m_serverPassword = std::move(password); }
+    // Extras for present-day servers (server_compat.h); read at each registration.
+    void SetCompat(const ServerCompat& compat) { m_compat = compat; }
+    const ServerCompat& Compat() const { return m_compat; }
     // Extras (irc_session.h): how connections end, and a new attempt after a loss. Without hooks
     // the control behaves as it always did.
     void SetSessionHooks(IrcSessionHooks* hooks) { m_hooks = hooks; }
@@ -175,6 +181,11 @@ private:
     void HandleDccOffer(const IrcLine& l);
     void AnswerPing(const IrcLine& l);
     void AutoJoin();
+    // ServerCompat additions (usc_irc_compat.cpp).
+    std::string UserName() const;
+    void ShowNumeric(const IrcLine& l, int numeric); // the classic table
+    void AfterNumeric(const IrcLine& l, int numeric);
+    void ShowErrorNumeric(const IrcLine& l, int numeric);
     std::string FormatDate(std::int64_t epochSeconds) const;
     std::string CtcpTime() const;
 
@@ -208,6 +219,9 @@ private:
     int m_status = kNotConnected;
     IrcSessionHooks* m_hooks = nullptr;
     std::string m_serverPassword;
+    ServerCompat m_compat;
+    bool m_welcomed = false; // 001 arrived on this connection
+    int m_nickRetries = 0;   // 433 answered with a "_" nick before 001
     std::string m_ownHost;
     bool m_identAnswered = false;
     std::uint32_t m_pingTick = 0;

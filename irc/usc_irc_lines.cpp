@@ -23,7 +23,7 @@ std::string CtcpArgument(const std::string& trailing) {
 } // namespace
 
 void uscIRC::HandleLine(std::string_view line) {
-    const IrcLine l = ParseIrcLine(line);
+    const IrcLine l = ParseIrcLine(line, m_compat.TrailingAfterPrefix);
     if (l.Text.empty()) return;
 
     if (l.FullPrefix() && m_status == kJoinSent) {

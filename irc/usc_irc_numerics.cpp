@@ -84,12 +84,18 @@ std::string uscIRC::CtcpTime() const {
 }
 
 void uscIRC::HandleNumeric(const IrcLine& l, int numeric) {
+    ShowNumeric(l, numeric);
+    AfterNumeric(l, numeric);
+}
+
+void uscIRC::ShowNumeric(const IrcLine& l, int numeric) {
     const std::string& w4 = l.W[4];
     const std::string& w5 = l.W[5];
     const std::string& w6 = l.W[6];
     const std::string& t = l.Trailing;
     switch (Classify(numeric)) {
     case Shown::Nothing:
+        if (m_compat.ShowErrorNumerics && numeric >= 400 && numeric <= 599) ShowErrorNumeric(l, numeric);
         return;
     case Shown::Trailing:
         AddText(t, 0);

@@ -30,6 +30,11 @@ HeadlessRunner::HeadlessRunner(AppRuntime& runtime, bool ansi, std::FILE* out, Q
         std::fputc('\n', m_out);
         std::fflush(m_out);
     };
+    // ShowErrorNumerics: the server's refusals (a bad user name, a banned host) on standard error.
+    m_runtime.Logic().Irc().View().ServerErrorShown = [](int numeric, const std::string& text) {
+        std::fprintf(stderr, "IRC server error %d: %s\n", numeric, text.c_str());
+        std::fflush(stderr);
+    };
     // Without a window the query status label is the one thing an operator cannot see: it goes
     // to standard error whenever it changes.
     connect(&m_runtime, &AppRuntime::ViewChanged, this, [this] {
@@ -43,6 +48,7 @@ HeadlessRunner::HeadlessRunner(AppRuntime& runtime, bool ansi, std::FILE* out, Q
 
 HeadlessRunner::~HeadlessRunner() {
     m_runtime.Logic().Irc().View().PaneLineAdded = nullptr;
+    m_runtime.Logic().Irc().View().ServerErrorShown = nullptr;
 }
 
 bool HeadlessRunner::CatchSignals() {

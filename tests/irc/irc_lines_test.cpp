@@ -9,6 +9,9 @@ namespace {
 using testing::IrcRig;
 using Strings = std::vector<std::string>;
 
+// A new home's switches for present-day servers.
+constexpr ServerCompat kToday{true, true, true, true, true};
+
 TEST(IrcLineParse, PrefixWordsAndTrailing) {
     const IrcLine l = ParseIrcLine(":a!b@c.d PRIVMSG #chan :!info x\r\n");
     EXPECT_EQ(l.Nick, "a");
@@ -38,6 +41,8 @@ struct NumericCase {
     std::string line;
     int controlType;
     std::string shown; // "" when nothing is shown
+    ServerCompat compat{};
+    Colour colour = 0;
 };
 
 class Numerics : public ::testing::TestWithParam<NumericCase> {};
@@ -45,11 +50,15 @@ class Numerics : public ::testing::TestWithParam<NumericCase> {};
 TEST_P(Numerics, ShowTheirText) {
     IrcRig rig;
     rig.irc.Properties().ControlType = GetParam().controlType;
+    rig.irc.SetCompat(GetParam().compat);
     rig.Line(GetParam().line);
     if (GetParam().shown.empty()) {
         EXPECT_TRUE(rig.irc.PaneLines().empty()) << rig.LastPane();
     } else {
         EXPECT_EQ(rig.LastPane(), GetParam().shown);
+        if (GetParam().colour != 0) {
+            EXPECT_EQ(rig.LastColour(), GetParam().colour);
+        }
     }
 }
 
@@ -79,10 +88,16 @@ INSTANTIATE_TEST_SUITE_P(
         NumericCase{":s 433 * Corvamo :Nickname already in use", 1, "Nickname already in use"},
         NumericCase{":s 502 me :Cant change mode", 1, "Cant change mode"},
         NumericCase{":s 401 me bob :No such nick", 3, ""}, NumericCase{":s 376 me :End of MOTD", 3, ""},
-        NumericCase{":s 999 me :odd", 3, ""}),
-    // ":s 332 me ..." under control type 3 is N332Type3.
+        NumericCase{":s 999 me :odd", 3, ""}, NumericCase{":s 468 * USER :Your username is not valid", 3, ""},
+        // ShowErrorNumerics: the errors the table skips, in ErrorColor; others stay as they were.
+        NumericCase{":s 468 * USER :Your username is not valid", 3, "Your username is not valid", kToday, 255},
+        NumericCase{":s 401 me bob :No such nick", 1, "No such nick", kToday, 255},
+        NumericCase{":s 433 * Corvamo :Nickname already in use", 1, "Nickname already in use", kToday},
+        NumericCase{":s 999 me :odd", 3, "", kToday}),
+    // ":s 332 me ..." under control type 3 is N332Type3; with today's switches N468Type3Today.
     [](const auto& info) {
-        return "N" + info.param.line.substr(3, 3) + "Type" + std::to_string(info.param.controlType);
+        return "N" + info.param.line.substr(3, 3) + "Type" + std::to_string(info.param.controlType) +
+               (info.param.compat == kToday ? "Today" : "");
     });
 
 TEST(IrcLines, NamesFillTheUserListForTypesOneAndThree) {
@@ -107,19 +122,31 @@ TEST(IrcLines, ServerNoticeWithoutPrefix) {
 
 struct CommandCase {
     std::string name;
-    std::string line;
+    std::string line; // several lines separated by "\n"
     std::string shown;
     Strings events;
     Strings sent;
+    ServerCompat compat{};
+    bool registering = false; // connected but not registered (state 1) instead of joined
 };
 
 class Commands : public ::testing::TestWithParam<CommandCase> {};
 
 TEST_P(Commands, ShowRaiseAndAnswer) {
     IrcRig rig;
-    rig.Join();
+    rig.irc.SetCompat(GetParam().compat);
+    if (GetParam().registering) {
+        rig.irc.Connect();
+        rig.events.clear();
+    } else {
+        rig.Join();
+    }
     const auto before = rig.irc.PaneLines().size();
-    rig.Line(GetParam().line);
+    for (std::size_t from = 0; from < GetParam().line.size();) {
+        const std::size_t lf = GetParam().line.find('\n', from);
+        rig.Line(GetParam().line.substr(from, lf - from));
+        from = lf == std::string::npos ? lf : lf + 1;
+    }
     if (GetParam().shown.empty()) {
         EXPECT_EQ(rig.irc.PaneLines().size(), before);
     } else {
@@ -171,7 +198,61 @@ INSTANTIATE_TEST_SUITE_P(
                     "[bob TIME]",
                     {},
                     {"NOTICE bob :\x01TIME Sun Nov 22 09:05:07 2026\x01\r\n"}},
-        CommandCase{"Ignored", ":bob!b@h WALLOPS :hi", "", {}, {}}),
+        CommandCase{"Ignored", ":bob!b@h WALLOPS :hi", "", {}, {}},
+        // TrailingAfterPrefix: a host with colons (IPv6) no longer cuts the text.
+        CommandCase{"Ipv6HostClassic",
+                    ":bob!~b@2001:db8::7 PRIVMSG #Zephra :!info",
+                    "<bob> db8::7 PRIVMSG #Zephra :!info",
+                    {},
+                    {}},
+        CommandCase{"Ipv6HostToday",
+                    ":bob!~b@2001:db8::7 PRIVMSG #Zephra :!info",
+                    "<bob> !info",
+                    {"UserCommand !info|bob|~b"},
+                    {},
+                    kToday},
+        // JoinAfter422: a server without a MOTD ends registration like 376.
+        CommandCase{"NoMotdClassic", ":s 422 Corvamo :MOTD File is missing", "MOTD File is missing", {}, {}, {}, true},
+        CommandCase{"NoMotdToday",
+                    ":s 422 Corvamo :MOTD File is missing",
+                    "MOTD File is missing",
+                    {"StatusChange 2"},
+                    {"JOIN #Zephra\r\n"},
+                    kToday,
+                    true},
+        // NickFrom001: 433 during registration retries with "_" (three times), 001 names our nick,
+        // so our own JOIN is not someone else's.
+        CommandCase{"NickTakenClassic",
+                    ":s 433 * Corvamo :in use\n:s 001 Corvamo_ :Welcome\n:s 376 Corvamo_ :End\n"
+                    ":Corvamo_!k@h JOIN :#Zephra",
+                    "*** Corvamo_ has joined #Zephra",
+                    {"StatusChange 2", "StatusChange 3", "UserJoin Corvamo_"},
+                    {"JOIN #Zephra\r\n"},
+                    {},
+                    true},
+        CommandCase{"NickTakenToday",
+                    ":s 433 * Corvamo :in use\n:s 001 Corvamo_ :Welcome\n:s 376 Corvamo_ :End\n"
+                    ":Corvamo_!k@h JOIN :#Zephra",
+                    "*** Corvamo_ has joined #Zephra",
+                    {"StatusChange 2", "StatusChange 3"},
+                    {"NICK Corvamo_\r\n", "JOIN #Zephra\r\n"},
+                    kToday,
+                    true},
+        CommandCase{"NickRetriesStopAtThree",
+                    ":s 433 * Corvamo :in use\n:s 433 * Corvamo_ :in use\n:s 433 * Corvamo__ :in use\n"
+                    ":s 433 * Corvamo___ :in use",
+                    "in use",
+                    {},
+                    {"NICK Corvamo_\r\n", "NICK Corvamo__\r\n", "NICK Corvamo___\r\n"},
+                    kToday,
+                    true},
+        CommandCase{"NickTakenAfterWelcomeIsNotRetried",
+                    ":s 001 Corvamo :Welcome\n:s 433 Corvamo rob :in use",
+                    "in use",
+                    {},
+                    {},
+                    kToday,
+                    true}),
     [](const auto& info) { return info.param.name; });
 
 TEST(IrcLines, TriggerNeedsSwitchAndExactPrefix) {
