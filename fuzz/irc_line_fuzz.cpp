@@ -1,7 +1,7 @@
 // The line handler with hostile server bytes: each input is split into lines and handed to a
-// joined control (DCC accepted, so the offer path runs too; every third input with the switches for
-// present-day servers), then typed as user input. Every
-// line the control sends must be one wire line: at most 512 bytes, CR LF only at its end.
+// joined control (DCC accepted, so the offer path runs too; every third input with the switches
+// for present-day servers), then typed as user input. Every line the control sends must be one
+// wire line: at most 512 bytes, CR LF only at its end.
 
 #include "irc/irc_wire.h"
 #include "tests/irc/fake_irc_transport.h"

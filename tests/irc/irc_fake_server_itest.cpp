@@ -44,12 +44,14 @@ struct RegistrationCase {
     std::string host; // as the operator typed it; a name goes through Qt's lookup
     std::string password;
     std::vector<std::string> expected; // with %h for this machine's host name
+    ServerCompat compat{};
 };
 
 class Registration : public FakeServerSession, public ::testing::WithParamInterface<RegistrationCase> {};
 
 TEST_P(Registration, SendsPassUserNickInThisShape) {
     irc.core.SetServerPassword(GetParam().password);
+    irc.core.SetCompat(GetParam().compat);
     Connect(GetParam().host);
     const std::string host = QHostInfo::localHostName().toStdString();
     std::vector<std::string> expected;
@@ -70,7 +72,13 @@ INSTANTIATE_TEST_SUITE_P(
                          "s3cret",
                          {"PASS s3cret", "USER tallybot@localhost %h 127.0.0.1 : KavikIRC", "NICK Tallybot"}},
         RegistrationCase{
-            "HostName", "localhost", "", {"USER tallybot@localhost %h localhost : KavikIRC", "NICK Tallybot"}}),
+            "HostName", "localhost", "", {"USER tallybot@localhost %h localhost : KavikIRC", "NICK Tallybot"}},
+        // UserFromIdent: the part before "@", a user name every server accepts.
+        RegistrationCase{"UserFromIdent",
+                         "127.0.0.1",
+                         "",
+                         {"USER tallybot %h 127.0.0.1 : KavikIRC", "NICK Tallybot"},
+                         {true, false, false, false, false}}),
     [](const ::testing::TestParamInfo<RegistrationCase>& info) { return info.param.name; });
 
 TEST_F(FakeServerSession, LineSplitAcrossArrivalsIsHandledOnceWhole) {
@@ -110,6 +118,29 @@ TEST_F(FakeServerSession, EndOfMotdJoinsButNoMotdDoesNot) {
     fake.WriteLine(":Tallybot!tb@host.example JOIN :#tally");
     EXPECT_TRUE(irc.WaitForStatus(kJoined));
     EXPECT_EQ(irc.core.OwnHost(), "host.example");
+    EXPECT_EQ(irc.statuses, (std::vector<int>{kConnectRequested, kJoinSent, kJoined}));
+}
+
+// A new home's switches against a network of today: the nick is taken before 001, there is no
+// MOTD, and hosts are IPv6 addresses.
+TEST_F(FakeServerSession, TakenNickNoMotdAndIpv6HostsWithTodaysSwitches) {
+    irc.core.SetCompat({true, true, true, true, true});
+    Connect();
+    fake.WriteLine(":irc.fake 433 * Tallybot :Nickname is already in use");
+    ASSERT_TRUE(fake.WaitForLine("^NICK Tallybot_$")) << fake.Received().Transcript();
+    fake.WriteLine(":irc.fake 001 Tallybot_ :Welcome Tallybot_!tb@2001:db8::1");
+    fake.WriteLine(":irc.fake 422 Tallybot_ :MOTD File is missing");
+    ASSERT_TRUE(fake.WaitForLine("^JOIN #tally$")) << fake.Received().Transcript();
+    fake.WriteLine(":Tallybot_!tb@2001:db8::1 JOIN :#tally");
+    fake.WriteLine(":bob!~b@2001:db8::7 PRIVMSG #tally :!info");
+    Barrier("afterInfo");
+    EXPECT_EQ(irc.core.Nick(), "Tallybot_");
+    EXPECT_EQ(irc.core.OwnHost(), "2001:db8::1");
+    EXPECT_EQ(irc.commands, (std::vector<UserCommandCall>{{"!info", "bob", "~b"}}));
+    EXPECT_EQ(irc.Pane(), (std::vector<std::string>{"*** Connecting to 127.0.0.1 (" + std::to_string(fake.Port()) + ")",
+                                                    "Nickname is already in use", "Welcome Tallybot_!tb@2001:db8::1",
+                                                    "MOTD File is missing", "*** Tallybot_ has joined #tally",
+                                                    "<bob> !info", "*** PING? PONG!"}));
     EXPECT_EQ(irc.statuses, (std::vector<int>{kConnectRequested, kJoinSent, kJoined}));
 }
 
