@@ -42,8 +42,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }
 
     GameState detected;
-    DetectEngineWithExtras(input, detected, QueryExtras{true, true, true});
-    if (EngineCodeWithExtras(detected.EngineId, QueryExtras{true, true, true}).empty() &&
+    DetectEngineWithExtras(input, detected, QueryExtras{true, true, true, false});
+    if (EngineCodeWithExtras(detected.EngineId, QueryExtras{true, true, true, false}).empty() &&
         detected.EngineId != kEngineUnknown && detected.EngineId != kEnginePending)
         __builtin_trap();
 

@@ -57,6 +57,8 @@ void QueryCycle::cmdGamQuery_Click() {
 void QueryCycle::Start() {
     m_extras = QueryExtrasOf(m_settings.Extras);
     m_a2s.Reset();
+    m_probes.End();
+    m_versionHinted = false;
     std::string& field = m_view.cmbGamServerText;
     if (m_extras.IPv6 && StartIPv6(field)) return; // [Extras] IPv6: "[::1]:27960", "::1"
     if (field.find(':') == std::string::npos) field += ":" + vb::CStr(m_settings.DefaultPort);
@@ -128,6 +130,7 @@ void QueryCycle::Stop() {
     m_state.QueryPortOffset = 0;
     m_state.EngineId = kEngineUnknown;
     m_socketErrorSeen = false;
+    m_probes.End();
     m_settings.ConnState -= 2;
     // The game data log stays open: the first reply after the stop closes it.
 }
@@ -147,7 +150,11 @@ void QueryCycle::tmrGamQuery_Timer() {
     };
 
     statement([&] {
-        if (++m_missedReplies >= kSilentRoundsToStop) {
+        if (m_probes.Probing()) {
+            Probe(); // the previous probe went unanswered
+        } else if (++m_missedReplies >= kSilentRoundsToStop && m_extras.QueryRetry) {
+            BeginProbing();
+        } else if (m_missedReplies >= kSilentRoundsToStop) {
             m_host.Log(kModule, "tmrGamQuery_Timer", 0, "Gameserver is not responding. Aborting query.", false);
             m_missedReplies = 0;
             cmdGamQuery_Click(); // stops; the rest of the round still runs
@@ -179,12 +186,15 @@ void QueryCycle::tmrGamQuery_Timer() {
         send(kEngineUT2k3);
     } else {
         const int engineId = m_state.EngineId;
-        m_view.tmrGamQueryInterval = IsThreeStepEngine(engineId)
-                                         ? static_cast<int>(std::lround(m_settings.QueryTime / 3.0))
-                                         : m_settings.QueryTime;
+        if (!m_probes.Probing()) m_view.tmrGamQueryInterval = EngineInterval(engineId);
         send(engineId);
     }
     --m_roundDepth;
+}
+
+int QueryCycle::EngineInterval(int engineId) const {
+    return IsThreeStepEngine(engineId) ? static_cast<int>(std::lround(m_settings.QueryTime / 3.0))
+                                       : m_settings.QueryTime;
 }
 
 void QueryCycle::TrapRoundError(long number, const std::string& description) {
@@ -197,6 +207,7 @@ void QueryCycle::TrapRoundError(long number, const std::string& description) {
     // The second error ends the run; with Reconnect 1 the query starts afresh at once. A run
     // already stopped by this round stays stopped.
     if (!IsRunning()) return;
+    NoticeStop("tmrGamQuery_Timer", description);
     cmdGamQuery_Click();
     if (m_settings.Reconnect == 1) cmdGamQuery_Click();
 }
@@ -212,9 +223,11 @@ void QueryCycle::sckGamServ_DataArrival(std::string_view datagram, const LocalDa
         return;
     }
     m_missedReplies = 0;
+    if (m_probes.Probing()) EndProbing();
     if (m_state.EngineId == kEngineUnknown || m_state.EngineId == kEnginePending) {
         base::ResumeNext([&] { DetectEngineWithExtras(datagram, m_state, m_extras); });
         m_justDetected = true;
+        HintModernQuake3(datagram);
     }
     if (m_settings.DoLog == 1) WriteToDataLog(datagram, now);
     Dispatch(datagram);
@@ -290,7 +303,9 @@ void QueryCycle::sckGamServ_Error(long number, const std::string& description) {
         return;
     }
     // The second error stops a running query; it never starts a stopped one.
-    if (IsRunning()) cmdGamQuery_Click();
+    if (!IsRunning()) return;
+    NoticeStop("sckGamServ", description);
+    cmdGamQuery_Click();
 }
 
 } // namespace tallybot::query

@@ -7,6 +7,7 @@
 #include "query/a2s_exchange.h"
 #include "query/game_data_log.h"
 #include "query/game_state.h"
+#include "query/probe_backoff.h"
 #include "query/query_cycle_io.h"
 #include "query/query_extras.h"
 
@@ -61,6 +62,7 @@ public:
 
     bool IsRunning() const;
     int MissedReplies() const { return m_missedReplies; }
+    bool Probing() const { return m_probes.Probing(); }
     bool SocketErrorSeen() const { return m_socketErrorSeen; }
     const std::string& ReplyBuffer() const { return m_replyBuffer; }
     const GameDataLog& DataLog() const { return m_dataLog; }
@@ -78,6 +80,12 @@ private:
     // [Extras] additions, in query_cycle_extras.cpp.
     bool StartIPv6(std::string& field);
     void DispatchA2S(std::string_view datagram);
+    void BeginProbing();
+    void Probe();
+    void EndProbing();
+    void NoticeStop(const char* procedure, const std::string& why);
+    int EngineInterval(int engineId) const;
+    void HintModernQuake3(std::string_view reply);
 
     QueryView& m_view;
     GameState& m_state;
@@ -95,6 +103,8 @@ private:
     int m_roundDepth = 0;    // rounds on the stack: a restart from a round's trap waits for the timer
     QueryExtras m_extras;
     A2SExchange m_a2s;
+    ProbeBackoff m_probes;        // QueryRetry: pauses between probes of a silent server
+    bool m_versionHinted = false; // the ModernQuake3 hint goes out once a run
 };
 
 } // namespace tallybot::query

@@ -45,6 +45,12 @@ public:
     virtual void ShowMessage(const std::string& text) = 0;
     virtual void Log(const std::string& module, const std::string& procedure, long errorNumber,
                      const std::string& message, bool showMessage) = 0;
+    // What the operator should know without a window: why the query stops, waits or probes
+    // ([Extras] QueryRetry), or which switch a server needs. One log entry; the main logic also
+    // prints it on standard error.
+    virtual void Notice(const std::string& procedure, const std::string& text) {
+        Log("frmMain", procedure, 0, text, false);
+    }
 };
 
 } // namespace tallybot::query

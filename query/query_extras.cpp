@@ -37,13 +37,21 @@ std::string VersionValue(std::string_view reply) {
 } // namespace
 
 QueryExtras QueryExtrasOf(const base::ExtrasSettings& extras) {
-    return {extras.ModernQuake3 == 1, extras.A2SQuery == 1, extras.IPv6 == 1};
+    return {extras.ModernQuake3 == 1, extras.A2SQuery == 1, extras.IPv6 == 1, extras.QueryRetry == 1};
 }
 
 bool IsModernQuake3Version(std::string_view upperVersion) {
     for (std::string_view prefix : kForkPrefixes)
         if (StartsWith(upperVersion, prefix)) return true;
     return false;
+}
+
+std::string PresentDayEngineNeedingSwitch(std::string_view reply, int detectedEngineId) {
+    if (detectedEngineId == kEngineQ2 && IsModernQuake3Version(VersionValue(reply))) {
+        std::string_view version = reply.substr(reply.find("\\version") + 9);
+        return std::string(version.substr(0, version.find('\\'))) + ", an ioquake3-family engine";
+    }
+    return {};
 }
 
 bool IsA2SReply(std::string_view reply) {

@@ -22,6 +22,7 @@ struct QueryExtras {
     bool ModernQuake3 = false;
     bool A2SQuery = false;
     bool IPv6 = false;
+    bool QueryRetry = false; // probe a silent server again instead of stopping
 
     bool operator==(const QueryExtras&) const = default;
 };
@@ -31,6 +32,11 @@ QueryExtras QueryExtrasOf(const base::ExtrasSettings& extras);
 // True when an upper-cased version text names a present-day Quake 3 engine fork (ioquake3 and
 // the engines built on it, Quake3e, CNQ3).
 bool IsModernQuake3Version(std::string_view upperVersion);
+
+// When a reply detected without ModernQuake3 comes from a present-day engine that needs the switch
+// (an ioquake3 fork taken for Quake 2, a DarkPlaces server taken for CoD), the engine as the
+// operator should read it ("ioq3 1.36 linux-x86_64, an ioquake3-family engine"); else empty.
+std::string PresentDayEngineNeedingSwitch(std::string_view reply, int detectedEngineId);
 
 // True for the replies only an A2S server sends: S2C_CHALLENGE, A2S_INFO's answer, split packets.
 bool IsA2SReply(std::string_view reply);

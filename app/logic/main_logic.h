@@ -118,6 +118,7 @@ public:
     void ShowMessage(const std::string& text) override;
     void Log(const std::string& module, const std::string& procedure, long errorNumber, const std::string& message,
              bool showMessage) override;
+    void Notice(const std::string& procedure, const std::string& text) override;
 
     // reporting::ChannelSink, reporting::PaneSink
     void SendToChannel(const std::string& text) override;

@@ -4,6 +4,8 @@
 #include "query/parsers.h"
 #include "query/team_scores.h"
 
+#include <cstdio>
+
 namespace tallybot::app {
 
 void MainLogic::ParseReply(int engineId, std::string_view reply) {
@@ -58,6 +60,13 @@ void MainLogic::ShowMessage(const std::string& text) {
 void MainLogic::Log(const std::string& module, const std::string& procedure, long errorNumber,
                     const std::string& message, bool showMessage) {
     if (m_log) m_log->Log(module, procedure, errorNumber, message, showMessage);
+}
+
+void MainLogic::Notice(const std::string& procedure, const std::string& text) {
+    Log("frmMain", procedure, 0, text, false);
+    // Standard error in both modes: the window shows the state, a terminal or a service log the why.
+    std::fprintf(stderr, "Tallybot: %s\n", text.c_str());
+    std::fflush(stderr);
 }
 
 } // namespace tallybot::app

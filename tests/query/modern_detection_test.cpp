@@ -25,7 +25,7 @@ TEST_P(ModernDetectionTest, ForkIsQ3OnlyWithTheSwitch) {
     const ForkCase& c = GetParam();
     const std::string reply = ReadReplyFixture(c.fixture);
     GameState on, off;
-    DetectEngineWithExtras(reply, on, QueryExtras{true, false, false});
+    DetectEngineWithExtras(reply, on, QueryExtras{true, false, false, false});
     DetectEngineWithExtras(reply, off, QueryExtras{});
     EXPECT_EQ(on.EngineId, c.withSwitch);
     EXPECT_EQ(off.EngineId, c.withoutSwitch);
@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(Forks, ModernDetectionTest,
 TEST(ModernDetectionTest, OnlyTheVersionValueCounts) {
     // A fork name elsewhere in the reply, or a version that merely contains it, stays Quake 2.
     GameState a, b;
-    const QueryExtras modern{true, false, false};
+    const QueryExtras modern{true, false, false, false};
     DetectEngineWithExtras("\xFF\xFF\xFF\xFFprint\n\\version\\3.20 x86\\sv_hostname\\ioq3 fans\n"s, a, modern);
     DetectEngineWithExtras("\xFF\xFF\xFF\xFFprint\n\\version\\my ioq3 build\n"s, b, modern);
     EXPECT_EQ(a.EngineId, kEngineQ2);
@@ -81,7 +81,7 @@ TEST_P(A2SDetectionTest, A2SRepliesAreEngine18OnlyWithTheSwitch) {
     const A2SCase& c = GetParam();
     const std::string reply = ReadReplyFixture(c.fixture);
     GameState on, off;
-    DetectEngineWithExtras(reply, on, QueryExtras{false, true, false});
+    DetectEngineWithExtras(reply, on, QueryExtras{false, true, false, false});
     DetectEngineWithExtras(reply, off, QueryExtras{});
     EXPECT_EQ(on.EngineId, c.withSwitch);
     EXPECT_EQ(off.EngineId, c.withoutSwitch);
@@ -99,10 +99,10 @@ INSTANTIATE_TEST_SUITE_P(Replies, A2SDetectionTest,
                              A2SCase{"hl/info.bin", kEngineHL, kEngineHL, 0}));
 
 TEST(EngineCodeWithExtrasTest, A2SCodeOnlyWithTheSwitch) {
-    EXPECT_EQ(EngineCodeWithExtras(kEngineA2S, QueryExtras{false, true, false}), "A2S");
-    EXPECT_EQ(EngineCodeWithExtras(kEngineA2S, QueryExtras{true, false, true}), "");
+    EXPECT_EQ(EngineCodeWithExtras(kEngineA2S, QueryExtras{false, true, false, false}), "A2S");
+    EXPECT_EQ(EngineCodeWithExtras(kEngineA2S, QueryExtras{true, false, true, false}), "");
     for (int id = 0; id <= kEngineCount; ++id)
-        EXPECT_EQ(EngineCodeWithExtras(id, QueryExtras{true, true, true}), EngineCode(id)) << id;
+        EXPECT_EQ(EngineCodeWithExtras(id, QueryExtras{true, true, true, false}), EngineCode(id)) << id;
 }
 
 } // namespace

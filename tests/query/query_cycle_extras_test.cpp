@@ -38,8 +38,10 @@ struct Host : QueryHost {
     void SelectProfile() override {}
     void RefreshControls() override {}
     void ShowMessage(const std::string& text) override { messages.push_back(text); }
-    void Log(const std::string&, const std::string&, long, const std::string&, bool) override {}
-    std::vector<std::string> parsed, messages;
+    void Log(const std::string&, const std::string& procedure, long, const std::string& message, bool) override {
+        logs.push_back(procedure + ": " + message);
+    }
+    std::vector<std::string> parsed, messages, logs;
 };
 
 class QueryCycleExtrasTest : public ::testing::Test {
@@ -144,6 +146,63 @@ INSTANTIATE_TEST_SUITE_P(
                       // the classic check with the switch off
                       FieldCase{"::1", 0, "::1", "", 0, kBoth},
                       FieldCase{"[::1]:28000", 0, "[::1]:28000", "", 0, kBoth}));
+
+const std::string kQ3Reply = "\xFF\xFF\xFF\xFFstatusResponse\n\\version\\Q3 1.32 linux\\mapname\\q3dm17\n"s;
+
+// QueryRetry: the tenth silent round leaves the query running and probes with growing pauses (the
+// timer's interval) until the server answers; every step says why.
+TEST_F(QueryCycleExtrasTest, SilentServerIsProbedWithGrowingPausesUntilItAnswers) {
+    settings.Extras.QueryRetry = 1;
+    Start("1.2.3.4:27960");
+    Reply(kQ3Reply);
+    for (int round = 1; round <= 10; ++round)
+        cycle.tmrGamQuery_Timer();
+    EXPECT_EQ(view.lblQueryStatusCaption, "NO REPLY - NEXT PROBE IN 30 s");
+    EXPECT_EQ(view.tmrGamQueryInterval, 30000);
+    std::vector<int> pauses;
+    for (int probe = 1; probe <= 6; ++probe) {
+        socket.sent.clear();
+        cycle.tmrGamQuery_Timer();
+        EXPECT_EQ(socket.sent, std::vector<std::string>{"\xFF\xFF\xFF\xFFgetstatus"s});
+        pauses.push_back(view.tmrGamQueryInterval);
+    }
+    EXPECT_EQ(pauses, (std::vector<int>{60000, 120000, 240000, 480000, 600000, 600000}));
+    EXPECT_EQ(view.lblQueryStatusCaption, "NO REPLY - PROBING, NEXT IN 600 s");
+    EXPECT_TRUE(cycle.IsRunning());
+    Reply(kQ3Reply);
+    EXPECT_EQ(view.lblQueryStatusCaption, "ONLINE - Q3");
+    EXPECT_EQ(view.tmrGamQueryInterval, 1000);
+    EXPECT_FALSE(cycle.Probing());
+    ASSERT_EQ(host.logs.size(), 8u);
+    EXPECT_EQ(host.logs[0], "tmrGamQuery_Timer: Gameserver is not responding. Next probe in 30 s.");
+    EXPECT_EQ(host.logs[1], "tmrGamQuery_Timer: Gameserver is still not responding. Probing; next probe in 60 s.");
+    EXPECT_EQ(host.logs[7], "sckGamServ_DataArrival: Gameserver answers again.");
+    // Silent again: the pauses start over from 30 s.
+    for (int round = 1; round <= 10; ++round)
+        cycle.tmrGamQuery_Timer();
+    EXPECT_EQ(view.tmrGamQueryInterval, 30000);
+}
+
+TEST_F(QueryCycleExtrasTest, StopsSayWhyWithQueryRetry) {
+    settings.Extras.QueryRetry = 1;
+    Start("1.2.3.4:27960");
+    cycle.sckGamServ_Error(10054, "Connection reset by peer");
+    cycle.sckGamServ_Error(10054, "Connection reset by peer");
+    EXPECT_FALSE(cycle.IsRunning());
+    EXPECT_EQ(host.logs.back(), "sckGamServ: Query stopped after a second socket error: Connection reset by peer.");
+}
+
+// ModernQuake3 off: an ioquake3 fork is still the Quake 2 fallback, and the log names the switch once.
+TEST_F(QueryCycleExtrasTest, ForkWithoutTheSwitchNamesItOnce) {
+    Start("1.2.3.4:27960");
+    Reply(ReadReplyFixture("ioq3/openarena.bin"));
+    Reply(ReadReplyFixture("ioq3/openarena.bin"));
+    EXPECT_EQ(view.lblQueryStatusCaption, "ONLINE - Q2");
+    EXPECT_EQ(host.logs, std::vector<std::string>{"sckGamServ_DataArrival: The game server runs ioq3 "
+                                                  "1.36+u20221123.70d07d9+dfsg-1/Debian linux-x86_64 Jan  8 2023, an "
+                                                  "ioquake3-family engine: set ModernQuake3=1 in [Extras] of "
+                                                  "Tallybot.ini to query it as Quake 3."});
+}
 
 TEST(Ipv6LiteralTest, Forms) {
     for (const char* good : {"::", "::1", "1::", "2001:db8::1", "1:2:3:4:5:6:7:8", "::ffff:1.2.3.4", "fe80::1%eth0"})
