@@ -2,6 +2,7 @@
 
 #include "base/error_trap.h"
 #include "base/vb_convert.h"
+#include "query/darkplaces_reply.h"
 #include "query/query_cycle_packets.h"
 #include "query/query_settings.h"
 #include "query/server_address.h"
@@ -261,10 +262,15 @@ void QueryCycle::Dispatch(std::string_view reply) {
         base::ResumeNext([&] { m_host.CalcCappedPlayer(m_settings.Profiles.Active().ScorePerCap, 0); });
     };
     switch (engineId) {
-    case kEngineQ3:
-        base::ResumeNext([&] { m_host.ParseReply(engineId, reply); });
-        base::ResumeNext([&] { m_host.HandleQ3Info(reply); });
+    case kEngineQ3: {
+        // ModernQuake3: a DarkPlaces reply is read through its Quake 3 form.
+        const std::string asQuake3 =
+            m_extras.ModernQuake3 && IsDarkPlacesReply(reply) ? DarkPlacesAsQuake3(reply) : std::string();
+        const std::string_view q3 = asQuake3.empty() ? reply : std::string_view(asQuake3);
+        base::ResumeNext([&] { m_host.ParseReply(engineId, q3); });
+        base::ResumeNext([&] { m_host.HandleQ3Info(q3); });
         return;
+    }
     case kEngineUT:
     case kEngineAA:
         if (auto whole = AssembleGameSpy(m_replyBuffer, reply))

@@ -2,6 +2,7 @@
 
 #include "base/extras_settings.h"
 #include "query/byte_reader.h"
+#include "query/darkplaces_reply.h"
 
 #include <array>
 
@@ -51,6 +52,8 @@ std::string PresentDayEngineNeedingSwitch(std::string_view reply, int detectedEn
         std::string_view version = reply.substr(reply.find("\\version") + 9);
         return std::string(version.substr(0, version.find('\\'))) + ", an ioquake3-family engine";
     }
+    if (detectedEngineId == kEngineCoD && IsDarkPlacesReply(reply))
+        return DarkPlacesGameName(reply) + ", a DarkPlaces engine";
     return {};
 }
 
@@ -70,6 +73,8 @@ void DetectEngineWithExtras(std::string_view reply, GameState& state, const Quer
     // Only the "\version" step ends in Quake 2, so a Q2 result always has a version to look at.
     if (extras.ModernQuake3 && state.EngineId == kEngineQ2 && IsModernQuake3Version(VersionValue(reply)))
         state.EngineId = kEngineQ3;
+    // DarkPlaces sends no "\version", so the classic fallback took it for CoD.
+    if (extras.ModernQuake3 && state.EngineId == kEngineCoD && IsDarkPlacesReply(reply)) state.EngineId = kEngineQ3;
 }
 
 std::string EngineCodeWithExtras(int engineId, const QueryExtras& extras) {

@@ -41,8 +41,8 @@ std::string PresentDayEngineNeedingSwitch(std::string_view reply, int detectedEn
 // True for the replies only an A2S server sends: S2C_CHALLENGE, A2S_INFO's answer, split packets.
 bool IsA2SReply(std::string_view reply);
 
-// DetectEngine, then the additions: an A2S reply is engine 18, and a "\version" that names a
-// Quake 3 fork is Q3 instead of the Quake 2 fallback.
+// DetectEngine, then the additions: an A2S reply is engine 18, a "\version" that names a Quake 3
+// fork is Q3 instead of the Quake 2 fallback, and a DarkPlaces reply is Q3 instead of CoD.
 void DetectEngineWithExtras(std::string_view reply, GameState& state, const QueryExtras& extras);
 
 // EngineCode, plus "A2S" for engine 18 while the A2S query is on.

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Writes the reply fixtures of present-day servers: Quake 3 engine forks (ioq3/) and A2S (a2s/).
+"""Writes the reply fixtures of present-day servers: Quake 3 engine forks (ioq3/), DarkPlaces (dp/)
+and A2S (a2s/).
 
 Run from tests/data: python3 make_modern_replies.py
 """
@@ -30,6 +31,16 @@ FORKS = {
     # not a Quake 3 fork: stays Quake 2 with the switch on
     "other_engine.bin": (b"tremulous 1.1.0 linux-i386 Jul 11 2006", b"base", b"atcs"),
 }
+
+
+def dp_status():
+    """A Xonotic CTF server as DarkPlaces answers getstatus: no version key, the game type in
+    qcstatus, three-digit colours, team numbers in the player lines (-666: a spectator)."""
+    kv = (b"\\gamename\\Xonotic\\modname\\data\\gameversion\\806\\sv_maxclients\\16\\clients\\3"
+          b"\\bots\\0\\mapname\\xoylent\\hostname\\^x4F0Xonotic ^7CTF\\protocol\\3"
+          b"\\qcstatus\\ctf:0.8.6:P0:S13:F5:MXonotic::score!!,caps!!:3:1:\\d0_blind_id\\0 AbCd")
+    lines = b"12 48 1 \"^x0F0Sarge\"\n7 0 2 \"Grism\"\n-666 30 0 \"^3Watcher\"\n"
+    return OOB + b"statusResponse\n" + kv + b"\n" + lines
 
 
 def z(text):
@@ -65,6 +76,7 @@ def split(reply, request_id, size):
 def main():
     for name, (version, game, mapname) in FORKS.items():
         open("ioq3/" + name, "wb").write(q3_status(version, game, mapname, PLAYERS))
+    open("dp/xonotic_ctf.bin", "wb").write(dp_status())
     open("a2s/info.bin", "wb").write(a2s_info())
     open("a2s/players.bin", "wb").write(a2s_players())
     open("a2s/rules.bin", "wb").write(a2s_rules())

@@ -1,6 +1,7 @@
 // A new home (no Tallybot.ini yet) against servers of today: the present-day [Extras] values it is
 // written with let `tallybot --headless` register on InspIRCd, join and answer a channel command.
 #include "tests/e2e/tallybot_process.h"
+#include "tests/support/gamesim_process.h"
 #include "tests/support/inspircd_server.h"
 #include "tests/support/irc_test_client.h"
 #include "tests/support/temp_folder.h"
@@ -11,6 +12,7 @@ namespace tallybot::e2e {
 namespace {
 
 using namespace std::chrono_literals;
+using testsupport::GamesimProcess;
 using testsupport::InspircdServer;
 using testsupport::IrcTestClient;
 using testsupport::RegexQuote;
@@ -48,6 +50,33 @@ TEST(PresentDayHeadless, NewHomeRegistersJoinsAndAnswersOnInspircd) {
     EXPECT_TRUE(bot.Out.WaitFor("^" + RegexQuote("[SYSTEM] alice requested !about -> sent.") + "$"))
         << bot.Transcript();
     EXPECT_FALSE(bot.Err.Pending("^IRC server error")) << bot.Transcript();
+    bot.Terminate();
+    EXPECT_TRUE(bot.WaitForExit()) << bot.Transcript();
+}
+
+// QueryRetry: a server that falls silent for 40 s is probed 30 s after the tenth silent round (two
+// seconds apart) and the query comes back by itself, saying why at every step.
+TEST(PresentDayHeadless, SilentServerIsProbedAndTheQueryComesBack) {
+    GamesimProcess sim;
+    ASSERT_TRUE(sim.Start("Q3", "at 5 silence\nat 45 resume\n")) << sim.Output();
+    tallybot::test::TempFolder home;
+    tallybot::test::WriteBytes(home.File("Tallybot.ini"), "[Game]\r\n1Host=127.0.0.1:" + std::to_string(sim.Port()) +
+                                                              "\r\nQueryTime=2000\r\n[Extras]\r\nQueryRetry=1\r\n");
+    TallybotProcess bot;
+    ASSERT_TRUE(bot.Start({"--home", QString::fromStdString(home.File("")), "--headless"}));
+    ASSERT_TRUE(bot.Err.WaitFor("^Tallybot: Gameserver answers again\\.$", 90s)) << bot.Transcript();
+    ASSERT_TRUE(bot.Err.WaitFor("^Game server: ONLINE - Q3$")) << bot.Transcript();
+    std::vector<std::string> shown;
+    for (const std::string& line : bot.Err.Lines())
+        if (line.rfind("Game server: ", 0) == 0 || line.rfind("Tallybot: ", 0) == 0) shown.push_back(line);
+    EXPECT_EQ(shown, (std::vector<std::string>{"Game server: CONNECTING", "Game server: ONLINE - Q3",
+                                               "Tallybot: Gameserver is not responding. Next probe in 30 s.",
+                                               "Game server: NO REPLY - NEXT PROBE IN 30 s",
+                                               "Tallybot: Gameserver is still not responding. Probing; next probe "
+                                               "in 60 s.",
+                                               "Game server: NO REPLY - PROBING, NEXT IN 60 s",
+                                               "Tallybot: Gameserver answers again.", "Game server: ONLINE - Q3"}))
+        << bot.Transcript();
     bot.Terminate();
     EXPECT_TRUE(bot.WaitForExit()) << bot.Transcript();
 }

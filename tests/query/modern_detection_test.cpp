@@ -1,6 +1,7 @@
 // Detection with the [Extras] switches: Quake 3 engine forks by their version strings, A2S replies,
 // and the classic result for every one of them with the switches off.
 
+#include "query/darkplaces_reply.h"
 #include "query/parsers.h"
 #include "query/query_extras.h"
 #include "tests/support/reply_fixture.h"
@@ -43,7 +44,9 @@ INSTANTIATE_TEST_SUITE_P(Forks, ModernDetectionTest,
                                            // "Q3e" already begins with "Q3"
                                            ForkCase{"ioq3/quake3e.bin", kEngineQ3, kEngineQ3},
                                            ForkCase{"ioq3/other_engine.bin", kEngineQ2, kEngineQ2},
-                                           ForkCase{"q3/ctf_16players.bin", kEngineQ3, kEngineQ3}));
+                                           ForkCase{"q3/ctf_16players.bin", kEngineQ3, kEngineQ3},
+                                           // DarkPlaces: no "\version", the classic CoD fallback
+                                           ForkCase{"dp/xonotic_ctf.bin", kEngineQ3, kEngineCoD}));
 
 TEST(ModernDetectionTest, OnlyTheVersionValueCounts) {
     // A fork name elsewhere in the reply, or a version that merely contains it, stays Quake 2.
@@ -66,6 +69,22 @@ TEST(ModernDetectionTest, ForkRepliesParseLikeQuake3) {
     EXPECT_EQ(state.Status.Version, "ioq3 1.35 urt 4.3.4 linux-x86_64 Jun 14 2018");
     EXPECT_EQ(state.Status.ScoreTime, "N/A");
     testsupport::ExpectPlayers(state.Players, {{"Sarge", 12, 48, 0}, {"Grism", 7, 0, 0}});
+}
+
+// Xonotic through its Quake 3 form: host name, game type from qcstatus, teams from the lines.
+TEST(ModernDetectionTest, DarkPlacesRepliesParseLikeQuake3) {
+    GameState state;
+    state.EngineId = kEngineQ3;
+    profiles::GameProfile teams;
+    teams.AutoTeams = 1;
+    ParseQ3Reply(DarkPlacesAsQuake3(ReadReplyFixture("dp/xonotic_ctf.bin")), state, teams);
+    EXPECT_EQ(state.Status.HostName, "Xonotic CTF");
+    EXPECT_EQ(state.Status.GameName, "Xonotic");
+    EXPECT_EQ(state.Status.GameType, "ctf");
+    EXPECT_EQ(state.Status.MapName, "xoylent");
+    EXPECT_EQ(state.Status.MaxClients, 16);
+    testsupport::ExpectPlayers(state.Players, {{"Sarge", 12, 48, 1}, {"Grism", 7, 0, 2}, {"Watcher", -666, 30, 0}});
+    EXPECT_FALSE(IsDarkPlacesReply(ReadReplyFixture("ioq3/openarena.bin")));
 }
 
 struct A2SCase {
