@@ -34,7 +34,7 @@ bool IsProfileFile(const std::string& name) {
     });
 }
 
-// The folder's profile file names in file-name order, so every platform lists them alike.
+// The folder's profile file names in listing order.
 std::vector<std::string> ProfileFileNames(const std::string& folder) {
     std::vector<std::string> names;
     std::error_code ec;
@@ -46,7 +46,16 @@ std::vector<std::string> ProfileFileNames(const std::string& folder) {
         std::error_code typeEc;
         if (entry.is_regular_file(typeEc) && IsProfileFile(name)) names.push_back(name);
     }
-    std::sort(names.begin(), names.end());
+    // As the original platform enumerates them: without regard to case, then byte order for names
+    // equal but for case, so every file system lists them alike.
+    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
+        const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
+        const bool less = std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                                       [&](char x, char y) { return lower(x) < lower(y); });
+        const bool more = std::lexicographical_compare(b.begin(), b.end(), a.begin(), a.end(),
+                                                       [&](char x, char y) { return lower(x) < lower(y); });
+        return less || (!more && a < b);
+    });
     return names;
 }
 

@@ -3,11 +3,13 @@
 
 #include "app/app_settings.h"
 #include "base/app_log.h"
+#include "profiles/profile_selection.h"
 #include "profiles/profile_store.h"
 #include "tests/support/temp_folder.h"
 
 #include <cstdlib>
 #include <filesystem>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -109,15 +111,16 @@ TEST_F(ProfileStoreTest, MissingKeysTakeTheirDefaultsAndGarbageNumbersReadAsZero
 }
 
 TEST_F(ProfileStoreTest, ListingIsSortedAndOnlyTakesProfileFiles) {
-    AddProfile("b.igp", 2);
-    AddProfile("A.igp", 3);
-    AddProfile("c.IGP", 4);
+    for (const char* name : {"b.igp", "a.igp", "c.IGP", "B.igp", "A.igp", "Ab.igp"})
+        AddProfile(name, 2);
     WriteBytes(Folder("notes.txt"), "x");
     fs::create_directories(Folder("dir.igp"));
-    EXPECT_EQ(profiles::ListProfiles(settings), 3);
-    EXPECT_EQ(settings.Profiles.Entries[1].FileName, "A.igp");
-    EXPECT_EQ(settings.Profiles.Entries[2].FileName, "b.igp");
-    EXPECT_EQ(settings.Profiles.Entries[3].FileName, "c.IGP");
+    EXPECT_EQ(profiles::ListProfiles(settings), 6);
+    // Without regard to case, then byte order for names equal but for case.
+    std::vector<std::string> listed;
+    for (int i = 1; i <= 6; ++i)
+        listed.push_back(settings.Profiles.Entries[i].FileName);
+    EXPECT_EQ(listed, (std::vector<std::string>{"A.igp", "a.igp", "Ab.igp", "B.igp", "b.igp", "c.IGP"}));
 }
 
 TEST_F(ProfileStoreTest, LaterListedEngineZeroProfileIsTheDefault) {
@@ -188,6 +191,23 @@ TEST_F(ProfileStoreTest, ShippedProfilesLoadAndSaveBackUnchanged) {
     }
     EXPECT_EQ(engineZero, 1); // exactly one default profile ships
     EXPECT_EQ(log.ErrorCount(), 0);
+}
+
+// A profile for a specific game is chosen before a generic one of the same engine: Urban Terror in
+// game type 4 is not Quake 3 CTF, and a Quake 3 mod nobody wrote a profile for gets the default.
+TEST_F(ProfileStoreTest, ShippedProfilesChooseTheGameBeforeTheEngine) {
+    for (const auto& entry : fs::directory_iterator(SourceDir() / "profiles/default"))
+        fs::copy_file(entry.path(), Folder(entry.path().filename().string()));
+    profiles::LoadAllProfiles(settings);
+    const std::tuple<int, const char*, const char*, const char*> cases[] = {
+        {2, "q3urt43", "4", "Profile: UrbanTerror-43"}, {2, "q3urt42", "4", "Profile: UrbanTerror-42"},
+        {2, "baseoa", "4", "Profile: OpenArena"},       {2, "Xonotic", "ctf", "Profile: Xonotic"},
+        {2, "baseq3", "4", "Profile: Quake3-CTF"},      {2, "cpma", "4", "Profile: Default"},
+        {11, "etmain", "5", "Profile: EnemyTerritory"}, {18, "tf", "", "Profile: Source"}};
+    for (const auto& [engine, name, type, caption] : cases) {
+        settings.Profiles.CurrentProfile = 0;
+        EXPECT_EQ(profiles::SelectProfile(engine, name, type, settings.Profiles), caption) << name;
+    }
 }
 
 } // namespace

@@ -114,6 +114,29 @@ INSTANTIATE_TEST_SUITE_P(Forks, ForkVersions,
                                            ForkCase{"ioq3 1.36_GIT_e5da13f1-2024-02-05 linux-x86_64", 0,
                                                     "ONLINE - Q2"}));
 
+// The simulator plays a Xonotic server (DarkPlaces): Quake 3 with the switch, the CoD fallback without.
+TEST_F(ModernServersTest, XonoticServerIsReadAsQuake3WithTheSwitch) {
+    GamesimProcess sim;
+    ASSERT_TRUE(sim.Start("DP", "gamename Xonotic\ngametype ctf\nhost ^x4F0Xono ^7CTF\nmap xoylent\n"
+                                "player Sarge red 12 48\nplayer Grism blue 7 30\n"))
+        << sim.Output();
+    settings.Extras.ModernQuake3 = 1;
+    settings.Profiles.Entries[1].Engine = kEngineQ3; // a profile that takes teams from the reply
+    settings.Profiles.Entries[1].AutoTeams = 1;
+    settings.Profiles.CurrentProfile = 1;
+    StartQuery("127.0.0.1:" + std::to_string(sim.Port()));
+    ASSERT_TRUE(WaitForLabel("ONLINE - Q3")) << view.lblQueryStatusCaption;
+    ASSERT_TRUE(WaitUntil([&] { return state.Status.HostName == "Xono CTF"; })) << state.Status.HostName;
+    EXPECT_EQ(state.Status.GameName, "Xonotic");
+    EXPECT_EQ(state.Status.GameType, "ctf");
+    EXPECT_EQ(state.Players[1].Name, "Sarge");
+    EXPECT_EQ(state.Players[2].Team, 2);
+    runner.Click();
+    settings.Extras.ModernQuake3 = 0;
+    StartQuery("127.0.0.1:" + std::to_string(sim.Port()));
+    EXPECT_TRUE(WaitForLabel("ONLINE - CoD")) << view.lblQueryStatusCaption;
+}
+
 TEST_F(ModernServersTest, Ipv6ServerAnswersOnlyFromItsOwnPort) {
     QUdpSocket server, stranger;
     if (!server.bind(QHostAddress(QHostAddress::LocalHostIPv6), 0) ||

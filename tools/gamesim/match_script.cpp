@@ -8,8 +8,9 @@ namespace tallybot::gamesim {
 
 namespace {
 
+// 19, "DP", is the simulator's own: a DarkPlaces (Xonotic) server, which Tallybot reads as Q3.
 const char* const kEngineCodes[] = {"",    "Q2", "Q3", "UT",  "HL", "RTCW", "EF", "JK2", "SoF2", "UT2k3",
-                                    "MoH", "ET", "JA", "CoD", "AA", "EF2",  "FC", "D3",  "A2S"};
+                                    "MoH", "ET", "JA", "CoD", "AA", "EF2",  "FC", "D3",  "A2S",  "DP"};
 
 std::string Lower(std::string text) {
     for (char& c : text)
@@ -51,7 +52,7 @@ SimPlayer& FindPlayer(MatchState& state, const std::string& name) {
 } // namespace
 
 int EngineIdOfCode(const std::string& code) {
-    for (int id = 1; id <= 18; ++id)
+    for (int id = 1; id <= 19; ++id)
         if (Lower(kEngineCodes[id]) == Lower(code)) return id;
     return 0;
 }

@@ -112,6 +112,19 @@ std::string Q3Status(const MatchState& s) {
     return reply;
 }
 
+// DarkPlaces (Xonotic): "gamename" and "modname" first, no version key, the game type in qcstatus,
+// and "score ping team "name"" lines (team 1 red, 2 blue, 0 none).
+std::string DarkPlacesStatus(const MatchState& s) {
+    std::string reply = kOob + "statusResponse\n\\gamename\\" + s.gameName + "\\modname\\data\\gameversion\\806" +
+                        "\\sv_maxclients\\" + std::to_string(s.maxPlayers) + "\\clients\\" +
+                        std::to_string(s.players.size()) + "\\bots\\0\\mapname\\" + s.map + "\\hostname\\" + s.host +
+                        "\\protocol\\3\\qcstatus\\" + s.gameType + ":0.8.6:P0:S16:F5:MXonotic::\n";
+    for (const SimPlayer& p : s.players)
+        reply += std::to_string(p.score) + " " + std::to_string(p.ping) + " " + std::to_string(p.team) + " \"" +
+                 p.name + "\"\n";
+    return reply;
+}
+
 // The short "getinfo" answer that server browsers ask for before the full status.
 std::string Q3Info(const MatchState& s) {
     return kOob + "infoResponse\n\\hostname\\" + s.host + "\\mapname\\" + s.map + "\\clients\\" +
@@ -257,7 +270,8 @@ std::vector<std::string> DisconnectPacket(int engineId) {
 }
 
 bool IsQ3Family(int engineId) {
-    return engineId == 2 || (engineId >= 5 && engineId <= 8) || (engineId >= 11 && engineId <= 13) || engineId == 15;
+    return engineId == 2 || (engineId >= 5 && engineId <= 8) || (engineId >= 11 && engineId <= 13) || engineId == 15 ||
+           engineId == kDarkPlacesEngineId;
 }
 
 // Which of the engine's requests this is, or empty when it is none of them.
@@ -315,6 +329,8 @@ std::vector<std::string> RepliesTo(std::string_view request, const MatchState& s
         return {FarCry(state, kind)};
     case 17:
         return {Doom3(state, request)};
+    case kDarkPlacesEngineId:
+        return {kind == "info" ? Q3Info(state) : DarkPlacesStatus(state)};
     default:
         return {kind == "info" ? Q3Info(state) : Q3Status(state)};
     }

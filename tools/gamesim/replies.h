@@ -11,6 +11,9 @@
 
 namespace tallybot::gamesim {
 
+// The simulator's own engine code "DP": a DarkPlaces (Xonotic) server.
+inline constexpr int kDarkPlacesEngineId = 19;
+
 // Datagrams to send back for one request to an engine's server; empty when the request is not
 // one this engine answers (or the server is silent).
 std::vector<std::string> RepliesTo(std::string_view request, const MatchState& state, bool onQueryPort, int gamePort);
