@@ -1,18 +1,22 @@
 // A real present-day Quake 3 engine server: Debian's openarena-server (ioquake3 engine), when it is
-// installed, started here on 127.0.0.1 with two bots. With ModernQuake3 on it is detected as Q3
-// and read like one; with the switch off it is the Quake 2 fallback of the classic detection.
+// installed, started here on 127.0.0.1 with two bots. With a new home's settings (ModernQuake3 on)
+// it is detected as Q3 and read like one; with the switch off it is the Quake 2 fallback of the
+// classic detection, and the log names the switch.
 // Nothing is installed by the test: without the package every test is skipped (docs/games.md).
 
 #include "app/app_settings.h"
+#include "app/settings_file.h"
 #include "query/parsers.h"
 #include "query/qt/query_runner.h"
 #include "query/query_cycle.h"
 #include "tests/support/parsing_query_host.h"
 #include "tests/support/qt_wait.h"
+#include "tests/support/temp_folder.h"
 
 #include <chrono>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <QFileInfo>
 #include <QProcess>
@@ -81,7 +85,9 @@ struct CountingHost : testsupport::ParsingQueryHost {
         ParsingQueryHost::ParseReply(engineId, reply);
         ++parses;
     }
+    void Notice(const std::string&, const std::string& text) override { notices.push_back(text); }
     int parses = 0;
+    std::vector<std::string> notices;
 };
 
 class OpenArenaTest : public ::testing::Test {
@@ -106,8 +112,11 @@ protected:
     QueryRunner runner{cycle, view};
 };
 
-TEST_F(OpenArenaTest, DetectedAsQuake3WithTheSwitch) {
-    settings.Extras.ModernQuake3 = 1;
+TEST_F(OpenArenaTest, DetectedAsQuake3WithANewHomesSettings) {
+    tallybot::test::TempFolder home; // no Tallybot.ini: a new home
+    settings.AppPath = home.File("");
+    app::LoadSettings(settings);
+    settings.QueryTime = 500;
     StartQuery();
     ASSERT_TRUE(WaitUntil([&] { return view.lblQueryStatusCaption == "ONLINE - Q3"; }, 20s))
         << view.lblQueryStatusCaption << "\n"
@@ -134,6 +143,9 @@ TEST_F(OpenArenaTest, ClassicDetectionFallsBackToQuake2) {
     // The Quake 2 parser reads "mapname" but knows no "sv_hostname".
     EXPECT_TRUE(WaitUntil([&] { return state.Status.MapName == "oa_dm1"; }, 20s)) << state.Status.MapName;
     EXPECT_EQ(state.Status.HostName, "");
+    ASSERT_EQ(host.notices.size(), 1u);
+    EXPECT_EQ(host.notices[0].rfind("The game server runs ioq3 ", 0), 0u) << host.notices[0];
+    EXPECT_NE(host.notices[0].find(", an ioquake3-family engine: set ModernQuake3=1 in [Extras]"), std::string::npos);
 }
 
 } // namespace
