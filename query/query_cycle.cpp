@@ -153,9 +153,11 @@ void QueryCycle::tmrGamQuery_Timer() {
     statement([&] {
         if (m_probes.Probing()) {
             Probe(); // the previous probe went unanswered
-        } else if (++m_missedReplies >= kSilentRoundsToStop && m_extras.QueryRetry) {
-            BeginProbing();
-        } else if (m_missedReplies >= kSilentRoundsToStop) {
+        } else if (++m_missedReplies >= kSilentRoundsToStop) {
+            if (m_extras.QueryRetry) { // [Extras]: wait and probe instead of stopping
+                BeginProbing();
+                return;
+            }
             m_host.Log(kModule, "tmrGamQuery_Timer", 0, "Gameserver is not responding. Aborting query.", false);
             m_missedReplies = 0;
             cmdGamQuery_Click(); // stops; the rest of the round still runs
