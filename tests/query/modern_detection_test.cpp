@@ -87,6 +87,15 @@ TEST(ModernDetectionTest, DarkPlacesRepliesParseLikeQuake3) {
     EXPECT_FALSE(IsDarkPlacesReply(ReadReplyFixture("ioq3/openarena.bin")));
 }
 
+TEST(ModernDetectionTest, ClassicResultsNameTheEngineThatNeedsTheSwitch) {
+    EXPECT_EQ(PresentDayEngineNeedingSwitch(ReadReplyFixture("dp/xonotic_ctf.bin"), kEngineCoD),
+              "Xonotic, a DarkPlaces engine");
+    EXPECT_EQ(PresentDayEngineNeedingSwitch(ReadReplyFixture("ioq3/cnq3.bin"), kEngineQ2),
+              "CNQ3 1.53 linux-x64 Mar 3 2023, an ioquake3-family engine");
+    EXPECT_EQ(PresentDayEngineNeedingSwitch(ReadReplyFixture("ioq3/other_engine.bin"), kEngineQ2), "");
+    EXPECT_EQ(PresentDayEngineNeedingSwitch(ReadReplyFixture("q3/ctf_16players.bin"), kEngineQ3), "");
+}
+
 struct A2SCase {
     std::string fixture;
     int withSwitch;
