@@ -52,6 +52,15 @@ TEST(PresentDayHeadless, NewHomeRegistersJoinsAndAnswersOnInspircd) {
     EXPECT_FALSE(bot.Err.Pending("^IRC server error")) << bot.Transcript();
     bot.Terminate();
     EXPECT_TRUE(bot.WaitForExit()) << bot.Transcript();
+
+    // An older home with only ShowErrorNumerics: the refusal is seen, in the pane and on stderr.
+    tallybot::test::TempFolder old;
+    tallybot::test::WriteBytes(old.File("Tallybot.ini"), "[Extras]\r\nShowErrorNumerics=1\r\nIdentEnabled=0\r\n");
+    TallybotProcess classic;
+    ASSERT_TRUE(
+        classic.Start({"--home", QString::fromStdString(old.File("")), "--headless", QString::fromStdString(connect)}));
+    EXPECT_TRUE(classic.Err.WaitFor("^IRC server error 468: Your username is not valid$")) << classic.Transcript();
+    EXPECT_TRUE(classic.Out.WaitFor("^Your username is not valid$")) << classic.Transcript();
 }
 
 // QueryRetry: a server that falls silent for 40 s is probed 30 s after the tenth silent round (two
