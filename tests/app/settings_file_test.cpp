@@ -68,7 +68,7 @@ TEST(SettingsFile, DefaultsMissingFileAndGoldenFileAllSaveAsTheGoldenFile) {
 // A new home is written with the values today's servers need; an existing file without the key
 // keeps the classic behaviour.
 TEST(SettingsFile, NewHomeGetsPresentDayExtrasAndAnOldFileKeepsTheClassicOnes) {
-    const char* presentDay[] = {"ModernQuake3=1\r\n"};
+    const char* presentDay[] = {"ModernQuake3=1\r\n", "TwoDigitColours=1\r\n"};
     TempFolder fresh;
     AppSettings settings = LoadFrom(fresh);
     const std::string written = SaveAndRead(settings, fresh);

@@ -21,6 +21,33 @@ inline const std::string I = "\0032";
 inline const std::string Red = "\00304";
 inline const std::string Blue = "\00312";
 
+// What an IRC client shows of a line, by mIRC's colour rule: code 3 takes up to two digits, and a
+// comma with up to two more only when a digit follows the comma; bold, reset and underline show
+// nothing.
+inline std::string ShownByClient(std::string_view line) {
+    const auto digits = [&](std::size_t& i) {
+        std::size_t n = 0;
+        while (n < 2 && i < line.size() && line[i] >= '0' && line[i] <= '9') {
+            ++i;
+            ++n;
+        }
+        return n;
+    };
+    std::string shown;
+    for (std::size_t i = 0; i < line.size();) {
+        const char c = line[i++];
+        if (c == '\x03') {
+            if (digits(i) > 0 && i + 1 < line.size() && line[i] == ',' && line[i + 1] >= '0' && line[i + 1] <= '9') {
+                ++i;
+                digits(i);
+            }
+        } else if (c != '\x02' && c != '\x0F' && c != '\x1F') {
+            shown += c;
+        }
+    }
+    return shown;
+}
+
 struct FakeChannel : ChannelSink {
     void SendToChannel(const std::string& text) override { lines.push_back(text); }
     void NotifyUser(const std::string& nick, const std::string& text) override { notices.emplace_back(nick, text); }
