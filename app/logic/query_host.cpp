@@ -8,6 +8,7 @@ namespace tallybot::app {
 
 void MainLogic::ParseReply(int engineId, std::string_view reply) {
     const profiles::GameProfile& profile = m_settings.Profiles.Active();
+    m_game.GameColoursToIrc = m_settings.Extras.GameColoursToIrc == 1;
     query::ParseEngineReply(engineId, reply, m_game, profile);
     // The parsers' team-score reset also resets the scores match reporting remembers, but only
     // for empty teams or a new match: several engines reset on every reply, and a reply with the

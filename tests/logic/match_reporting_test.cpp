@@ -121,6 +121,26 @@ TEST_F(MatchReportingTest, FirstReplyAfterAStartPostsNothingAndALaterRiseReaches
     EXPECT_EQ(TakePosts(), Posts{});
 }
 
+class NameColourTest : public MatchReportingTest, public ::testing::WithParamInterface<bool> {};
+
+TEST_P(NameColourTest, GameColoursInNamesBecomeIrcColoursOnlyWithTheSwitch) {
+    Connect({{"ET.igp", EtProfile("UseCustom=0\r\n")}},
+            IrcIni() + "[Extras]\r\nGameColoursToIrc=" + (GetParam() ? "1" : "0") + "\r\n");
+    std::string reply = EtReply(20, 11);
+    Reply(reply.replace(reply.find("Alice"), 5, "^11337^7A"));
+    logic->mnuPostPlayersShort_Click();
+    const std::string named = GetParam() ? "\x03"
+                                           "041337\x03"
+                                           "00A\x0F"
+                                         : "1337A";
+    EXPECT_EQ(TakePosts(), Posts{"\x03"
+                                 "10Players: \x03"
+                                 "2" +
+                                 named + " Bob "});
+}
+
+INSTANTIATE_TEST_SUITE_P(Switch, NameColourTest, ::testing::Bool());
+
 TEST_F(MatchReportingTest, IntervalTimerIsArmedByTheProfileChosenForTheServerAndFromTheMenu) {
     Connect({{"CTF.igp", kCtfProfile}, {"Quiet.igp", "[Game]\r\nEngine=2\r\n[Posting]\r\nInterval=0\r\n"}});
     EXPECT_FALSE(TimerOn(MainTimer::IRCPost)); // no profile yet

@@ -2,6 +2,7 @@
 
 #include "base/vb_convert.h"
 #include "query/game_state.h"
+#include "query/name_colours.h"
 #include "tests/support/param_name.h"
 #include "tests/support/query_printers.h"
 
@@ -84,26 +85,53 @@ TEST(ExtractStringTest, TakesTheHeadOrTheRest) {
     EXPECT_EQ(bytes, "y\0"s);
 }
 
+// in, ClearName's result, GameColoursToIrc's result ("{04}" stands for code 3 and "04", "|" for
+// the closing reset, code 15).
 struct NameCase {
     std::string in;
     std::string out;
+    std::string irc;
 };
+
+std::string Codes(const std::string& pattern) {
+    std::string text;
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        if (pattern[i] == '|') {
+            text += '\x0F';
+        } else if (pattern[i] == '{' && i + 3 < pattern.size() && pattern[i + 3] == '}') {
+            text += '\x03' + pattern.substr(i + 1, 2);
+            i += 3;
+        } else {
+            text += pattern[i];
+        }
+    }
+    return text;
+}
 
 class ClearNameTest : public ::testing::TestWithParam<NameCase> {};
 
 TEST_P(ClearNameTest, StripsColourCodesAndQuotes) {
     EXPECT_EQ(ClearName(GetParam().in), GetParam().out);
+    EXPECT_EQ(CleanName(GetParam().in, false), GetParam().out);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, ClearNameTest,
-                         ::testing::Values(NameCase{"^1Red^7Name", "RedName"}, NameCase{"^Xff00ffName", "Name"},
-                                           NameCase{"^xZZZZZZName", "Name"}, NameCase{"a^z", "a^z"},
-                                           NameCase{"a^b", "a"}, NameCase{"^Nx^nY^Bz^b", "xYz"},
-                                           NameCase{"\"Quoted ^2One\"", "Quoted One"}, NameCase{"end^", "end^"},
-                                           NameCase{"^^1x", "^x"}, NameCase{"^X12", ""}, NameCase{"ab^Xff", "ab"},
-                                           NameCase{"^\"q", "^q"}, NameCase{"", ""},
-                                           NameCase{"\xE9l\xE8ve\xFF", "\xE9l\xE8ve\xFF"}),
-                         [](const auto& info) { return testsupport::ParamWord(info.param.in); });
+TEST_P(ClearNameTest, GameColoursBecomeTheNearestIrcColoursClosedByAReset) {
+    EXPECT_EQ(GameColoursToIrc(GetParam().in), Codes(GetParam().irc));
+    EXPECT_EQ(CleanName(GetParam().in, true), Codes(GetParam().irc));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ClearNameTest,
+    ::testing::Values(NameCase{"^1Red^7Name", "RedName", "{04}Red{00}Name|"},
+                      NameCase{"^Xff00ffName", "Name", "{13}Name|"}, NameCase{"^xZZZZZZName", "Name", "Name"},
+                      NameCase{"^X1a2b3cT", "T", "{02}T|"}, NameCase{"a^z", "a^z", "a^z"}, NameCase{"a^b", "a", "a"},
+                      NameCase{"^Nx^nY^Bz^b", "xYz", "xYz"},
+                      NameCase{"\"Quoted ^2One\"", "Quoted One", "Quoted {09}One|"}, NameCase{"end^", "end^", "end^"},
+                      NameCase{"^^1x", "^x", "^{04}x|"}, NameCase{"^11337", "1337", "{04}1337|"},
+                      NameCase{"^0a^8b^9c^3d^4e^5f^6g", "abcdefg", "{01}a{07}b{14}c{08}d{12}e{11}f{13}g|"},
+                      NameCase{"^X12", "", ""}, NameCase{"ab^Xff", "ab", "ab"}, NameCase{"^\"q", "^q", "^q"},
+                      NameCase{"", "", ""}, NameCase{"\xE9l\xE8ve\xFF", "\xE9l\xE8ve\xFF", "\xE9l\xE8ve\xFF"}),
+    [](const auto& info) { return testsupport::ParamWord(info.param.in); });
 
 } // namespace
 } // namespace tallybot::query
