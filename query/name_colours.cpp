@@ -121,6 +121,25 @@ std::string GameColoursToIrc(std::string_view text) {
     return out;
 }
 
+std::string WithoutIrcColours(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    const auto skipDigits = [&](std::size_t& i) {
+        for (int n = 0; n < 2 && i < text.size() && text[i] >= '0' && text[i] <= '9'; ++n)
+            ++i;
+    };
+    for (std::size_t i = 0; i < text.size();) {
+        const char c = text[i++];
+        if (c == '\x03') {
+            skipDigits(i);
+            if (i + 1 < text.size() && text[i] == ',' && text[i + 1] >= '0' && text[i + 1] <= '9') skipDigits(++i);
+        } else if (c != '\x0F') {
+            out.push_back(c);
+        }
+    }
+    return out;
+}
+
 std::string CleanName(std::string_view text, bool toIrc) {
     return toIrc ? GameColoursToIrc(text) : ClearName(text);
 }

@@ -13,6 +13,9 @@ namespace tallybot::query {
 // as in ClearName.
 std::string GameColoursToIrc(std::string_view text);
 
+// What the window shows of such a name: the text without its IRC colour codes and resets.
+std::string WithoutIrcColours(std::string_view text);
+
 // ClearName, or GameColoursToIrc when toIrc is set.
 std::string CleanName(std::string_view text, bool toIrc);
 

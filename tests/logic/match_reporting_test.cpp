@@ -128,6 +128,7 @@ TEST_P(NameColourTest, GameColoursInNamesBecomeIrcColoursOnlyWithTheSwitch) {
             IrcIni() + "[Extras]\r\nGameColoursToIrc=" + (GetParam() ? "1" : "0") + "\r\n");
     std::string reply = EtReply(20, 11);
     Reply(reply.replace(reply.find("Alice"), 5, "^11337^7A"));
+    EXPECT_EQ(logic->View().lvwPlayers.at(0).Name, "1337A"); // the window shows the text alone
     logic->mnuPostPlayersShort_Click();
     const std::string named = GetParam() ? "\x03"
                                            "041337\x03"

@@ -118,6 +118,7 @@ TEST_P(ClearNameTest, StripsColourCodesAndQuotes) {
 TEST_P(ClearNameTest, GameColoursBecomeTheNearestIrcColoursClosedByAReset) {
     EXPECT_EQ(GameColoursToIrc(GetParam().in), Codes(GetParam().irc));
     EXPECT_EQ(CleanName(GetParam().in, true), Codes(GetParam().irc));
+    EXPECT_EQ(WithoutIrcColours(Codes(GetParam().irc)), GetParam().out); // as the window shows it
 }
 
 INSTANTIATE_TEST_SUITE_P(
