@@ -79,8 +79,9 @@ class SummedScoreTest : public MatchReportingTest, public ::testing::WithParamIn
 TEST_P(SummedScoreTest, SameSumsPostNothingARisePostsOnceACorrectionNever) {
     Connect({{"ET.igp", EtProfile(GetParam().report)}});
     Reply(EtReply(20, 11));
-    logic->Game().Players[1].Team = 1; // as the assignment dialog does
-    logic->Game().Players[2].Team = 2;
+    profiles::AssignmentLists lists = profiles::FillAssignmentLists(logic->Game()); // the dialog's steps
+    profiles::AssignPlayers(logic->Game(), lists, 0, {0});                          // Alice red
+    profiles::AssignAllPlayers(logic->Game(), lists, 1);                            // Bob blue
     Reply(EtReply(20, 11));
     TakePosts();
 
