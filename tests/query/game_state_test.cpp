@@ -6,6 +6,8 @@
 #include "tests/support/param_name.h"
 #include "tests/support/query_printers.h"
 
+#include <regex>
+
 #include <gtest/gtest.h>
 
 namespace tallybot::query {
@@ -94,18 +96,8 @@ struct NameCase {
 };
 
 std::string Codes(const std::string& pattern) {
-    std::string text;
-    for (std::size_t i = 0; i < pattern.size(); ++i) {
-        if (pattern[i] == '|') {
-            text += '\x0F';
-        } else if (pattern[i] == '{' && i + 3 < pattern.size() && pattern[i + 3] == '}') {
-            text += '\x03' + pattern.substr(i + 1, 2);
-            i += 3;
-        } else {
-            text += pattern[i];
-        }
-    }
-    return text;
+    return std::regex_replace(std::regex_replace(pattern, std::regex("\\{([0-9]{2})\\}"), "\x03$1"), std::regex("\\|"),
+                              "\x0F");
 }
 
 class ClearNameTest : public ::testing::TestWithParam<NameCase> {};

@@ -7,6 +7,7 @@
 #include "query/game_state.h"
 #include "reporting/reporting.h"
 
+#include <regex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,30 +23,10 @@ inline const std::string Red = "\00304";
 inline const std::string Blue = "\00312";
 
 // What an IRC client shows of a line, by mIRC's colour rule: code 3 takes up to two digits, and a
-// comma with up to two more only when a digit follows the comma; bold, reset and underline show
-// nothing.
-inline std::string ShownByClient(std::string_view line) {
-    const auto digits = [&](std::size_t& i) {
-        std::size_t n = 0;
-        while (n < 2 && i < line.size() && line[i] >= '0' && line[i] <= '9') {
-            ++i;
-            ++n;
-        }
-        return n;
-    };
-    std::string shown;
-    for (std::size_t i = 0; i < line.size();) {
-        const char c = line[i++];
-        if (c == '\x03') {
-            if (digits(i) > 0 && i + 1 < line.size() && line[i] == ',' && line[i + 1] >= '0' && line[i + 1] <= '9') {
-                ++i;
-                digits(i);
-            }
-        } else if (c != '\x02' && c != '\x0F' && c != '\x1F') {
-            shown += c;
-        }
-    }
-    return shown;
+// comma with up to two more only when a digit follows it; bold, reset and underline show nothing.
+inline std::string ShownByClient(const std::string& line) {
+    static const std::regex codes("\x03([0-9]{1,2}(,[0-9]{1,2})?)?|[\x02\x0F\x1F]");
+    return std::regex_replace(line, codes, "");
 }
 
 struct FakeChannel : ChannelSink {
