@@ -121,6 +121,26 @@ std::string GameColoursToIrc(std::string_view text) {
     return out;
 }
 
+std::string UnrealColoursToIrc(std::string_view text) {
+    std::string out;
+    out.reserve(text.size() + 8);
+    bool coloured = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\x1B') {
+            out.push_back(text[i]);
+        } else if (i + 3 < text.size()) {
+            const auto byte = [&](std::size_t k) { return static_cast<int>(static_cast<unsigned char>(text[i + k])); };
+            AppendColour(out, {byte(1), byte(2), byte(3)});
+            coloured = true;
+            i += 3;
+        } else {
+            break; // a code cut short by the end of the text goes with it
+        }
+    }
+    if (coloured) out += '\x0F';
+    return out;
+}
+
 std::string WithoutIrcColours(std::string_view text) {
     std::string out;
     out.reserve(text.size());

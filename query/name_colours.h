@@ -13,6 +13,10 @@ namespace tallybot::query {
 // as in ClearName.
 std::string GameColoursToIrc(std::string_view text);
 
+// The same for the Unreal engine's codes (UT2003 and UT2004 names): byte 27 and three bytes of red,
+// green and blue. Nothing else is changed.
+std::string UnrealColoursToIrc(std::string_view text);
+
 // What the window shows of such a name: the text without its IRC colour codes and resets.
 std::string WithoutIrcColours(std::string_view text);
 

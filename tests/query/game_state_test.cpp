@@ -126,5 +126,18 @@ INSTANTIATE_TEST_SUITE_P(
                       NameCase{"", "", ""}, NameCase{"\xE9l\xE8ve\xFF", "\xE9l\xE8ve\xFF", "\xE9l\xE8ve\xFF"}),
     [](const auto& info) { return testsupport::ParamWord(info.param.in); });
 
+TEST(UnrealColoursTest, ByteTwentySevenAndThreeColourBytesBecomeTheNearestIrcColour) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"\x1B\xFF\x01\x01Red\x1B\x01\x01\xFF"
+         "Blue",
+         "{04}Red{12}Blue|"},
+        {"\x1B\xFF\xFF\xFF\x1B\x80\x80\x80", "{00}{14}|"},
+        {"ab\x1B\x10", "ab"},
+        {"plain ^1", "plain ^1"},
+    };
+    for (const auto& [in, irc] : cases)
+        EXPECT_EQ(UnrealColoursToIrc(in), Codes(irc)) << in;
+}
+
 } // namespace
 } // namespace tallybot::query
