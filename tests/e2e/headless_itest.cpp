@@ -1,6 +1,7 @@
 // The whole program without a window: `tallybot --headless` with its own home folder, a real
 // ngircd, the game-server simulator and a user in the channel who reads what the bot posts.
 #include "tests/e2e/tallybot_process.h"
+#include "tests/support/fixture_file.h"
 #include "tests/support/gamesim_process.h"
 #include "tests/support/irc_test_client.h"
 #include "tests/support/ngircd_server.h"
@@ -173,9 +174,7 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
     EXPECT_EQ(bot.ExitCode(), 0);
     EXPECT_TRUE(alice.WaitForLine(R"(^:Tallybot2!\S+ QUIT :)")) << alice.Transcript();
     const std::string ini = ReadBytes(home.File("Tallybot.ini"));
-    const std::string defaults =
-        ReadBytes(std::string(std::getenv("TALLYBOT_SOURCE_DIR") ? std::getenv("TALLYBOT_SOURCE_DIR") : ".") +
-                  "/tests/data/settings/default.ini");
+    const std::string defaults = tallybot::test::ReadFixture("settings/default.ini");
     for (const std::string& key : Keys(defaults))
         EXPECT_TRUE(Keys(ini).count(key)) << key;
     EXPECT_NE(ini.find("1Nick=Tallybot\r\n"), std::string::npos);

@@ -102,9 +102,7 @@ TEST_P(ParserRecordTest, LeavesTheExpectedRecord) {
     }
     const std::string expectedFile = "parsers/" + c.name + ".expected";
     if (std::getenv("TALLYBOT_WRITE_EXPECTED")) {
-        std::ofstream(std::filesystem::path(std::getenv("TALLYBOT_SOURCE_DIR")) / "tests/data" / expectedFile,
-                      std::ios::binary)
-            << Dump(st);
+        std::ofstream(test::SourceRoot() / "tests/data" / expectedFile, std::ios::binary) << Dump(st);
         return;
     }
     EXPECT_EQ(Dump(st), test::ReadFixture(expectedFile));
