@@ -64,6 +64,16 @@ TEST(SettingsFile, DefaultsMissingFileAndGoldenFileAllSaveAsTheGoldenFile) {
     EXPECT_EQ(SaveAndRead(settings, other), golden);
 }
 
+// Every key read back as written: a file whose every value differs from the default survives a
+// load and a save byte for byte.
+TEST(SettingsFile, EveryKeyIsReadAndWrittenBack) {
+    const std::string custom = tallybot::test::ReadFixture("settings/custom.ini");
+    TempFolder folder, other;
+    WriteBytes(folder.File("Tallybot.ini"), custom);
+    AppSettings settings = LoadFrom(folder);
+    EXPECT_EQ(SaveAndRead(settings, other), custom);
+}
+
 // A new home is written with the values today's servers need; an existing file without the key
 // keeps the classic behaviour.
 TEST(SettingsFile, NewHomeGetsPresentDayExtrasAndAnOldFileKeepsTheClassicOnes) {

@@ -109,6 +109,7 @@ TEST_F(ProfileStoreTest, ListingIsSortedAndOnlyTakesProfileFiles) {
     AddProfile("A.igp", 3);
     AddProfile("c.IGP", 4);
     WriteBytes(Folder("notes.txt"), "x");
+    WriteBytes(Folder(".igp"), "x"); // an extension alone names no profile
     fs::create_directories(Folder("dir.igp"));
     EXPECT_EQ(profiles::ListProfiles(settings), 3);
     EXPECT_EQ(settings.Profiles.Entries[1].FileName, "A.igp");
