@@ -1,14 +1,19 @@
 #pragma once
-// The IRC control as the program runs it (core, Qt sockets, Qt clock, QFile sink) for the integration
-// tests, with its host events recorded and a pane wait. The socket events pass through a counter so a test
-// can tell one arrival from the next.
+// The IRC control as the program runs it, for the integration tests: the core behind the [Extras]
+// session and the Qt sockets, with the Qt clock and a real file sink for DCC. The session reads its
+// options from `extras` at each connect (all off: the classic behaviour). Host events are recorded,
+// DCC questions answered from a script, and server arrivals counted so a test can tell one from the
+// next.
 
+#include "base/extras_settings.h"
+#include "irc/irc_extras_options.h"
 #include "irc/qt/dcc_file_sink.h"
-#include "irc/qt/irc_socket.h"
+#include "irc/qt/irc_session_sockets.h"
 #include "irc/qt/qt_irc_clock.h"
 #include "irc/usc_irc.h"
 #include "tests/support/qt_wait.h"
 
+#include <chrono>
 #include <deque>
 #include <optional>
 #include <string>
@@ -38,26 +43,26 @@ struct ScriptedQuestions final : DccQuestions {
     }
 };
 
-// Forwards every socket event to the core and counts server arrivals.
+// Sits between the sockets and the session, counting server arrivals.
 struct CountingEvents final : IrcSocketEvents {
-    explicit CountingEvents(IrcSocketEvents& target) : core(target) {}
-    IrcSocketEvents& core;
+    explicit CountingEvents(IrcSocketEvents& target) : next(target) {}
+    IrcSocketEvents& next;
     int serverArrivals = 0;
 
-    void OnServerConnected() override { core.OnServerConnected(); }
+    void OnServerConnected() override { next.OnServerConnected(); }
     void OnServerData(std::string_view bytes) override {
         ++serverArrivals;
-        core.OnServerData(bytes);
+        next.OnServerData(bytes);
     }
-    void OnServerClosed() override { core.OnServerClosed(); }
-    void OnServerError(int n, const std::string& d) override { core.OnServerError(n, d); }
-    void OnIdentConnectionRequest(long id, int port) override { core.OnIdentConnectionRequest(id, port); }
-    void OnIdentData(std::string_view bytes) override { core.OnIdentData(bytes); }
-    void OnIdentError(int n, const std::string& d) override { core.OnIdentError(n, d); }
-    void OnDccConnected() override { core.OnDccConnected(); }
-    void OnDccData(std::string_view bytes) override { core.OnDccData(bytes); }
-    void OnDccClosed() override { core.OnDccClosed(); }
-    void OnDccError(int n, const std::string& d) override { core.OnDccError(n, d); }
+    void OnServerClosed() override { next.OnServerClosed(); }
+    void OnServerError(int n, const std::string& d) override { next.OnServerError(n, d); }
+    void OnIdentConnectionRequest(long id, int port) override { next.OnIdentConnectionRequest(id, port); }
+    void OnIdentData(std::string_view bytes) override { next.OnIdentData(bytes); }
+    void OnIdentError(int n, const std::string& d) override { next.OnIdentError(n, d); }
+    void OnDccConnected() override { next.OnDccConnected(); }
+    void OnDccData(std::string_view bytes) override { next.OnDccData(bytes); }
+    void OnDccClosed() override { next.OnDccClosed(); }
+    void OnDccError(int n, const std::string& d) override { next.OnDccError(n, d); }
 };
 
 struct UserCommandCall {
@@ -67,8 +72,9 @@ struct UserCommandCall {
 
 class IrcUnderTest {
 public:
-    IrcUnderTest() : core(sockets, clock, &questions, &files), counter(core) {
-        sockets.SetEvents(&counter);
+    IrcUnderTest() : sockets(clock), core(sockets.Transport(), clock, &questions, &files), counter(sockets.Session()) {
+        sockets.Attach(&core, [this] { return ExtrasOptionsFrom(extras); });
+        sockets.Sockets().SetEvents(&counter);
         IrcProperties& p = core.Properties();
         p.Ident = false;
         p.Nick = "Tallybot";
@@ -79,6 +85,10 @@ public:
             commands.push_back({t, n, u});
         };
     }
+    ~IrcUnderTest() {
+        sockets.Sockets().SetEvents(&sockets.Session());
+        sockets.Attach(nullptr, {});
+    }
     IrcUnderTest(const IrcUnderTest&) = delete;
     IrcUnderTest& operator=(const IrcUnderTest&) = delete;
 
@@ -87,9 +97,10 @@ public:
         core.Properties().ServerPort = port;
         core.Connect();
     }
+    IrcSocket& Socket() { return sockets.Sockets(); }
 
-    bool WaitForStatus(int status) {
-        return testsupport::WaitUntil([&] { return core.ConnectStatus() == status; });
+    bool WaitForStatus(int status, std::chrono::milliseconds deadline = testsupport::kDefaultDeadline) {
+        return testsupport::WaitUntil([&] { return core.ConnectStatus() == status; }, deadline);
     }
 
     // The pane's visible text, one line each.
@@ -111,8 +122,8 @@ public:
             n += line == exact ? 1 : 0;
         return n;
     }
-    bool WaitForPane(const std::string& exact) {
-        return testsupport::WaitUntil([&] { return CountPane(exact) > 0; });
+    bool WaitForPane(const std::string& exact, std::chrono::milliseconds deadline = testsupport::kDefaultDeadline) {
+        return testsupport::WaitUntil([&] { return CountPane(exact) > 0; }, deadline);
     }
     bool WaitForPaneMatch(const std::string& pattern) {
         const QRegularExpression re(QString::fromStdString(pattern));
@@ -124,8 +135,9 @@ public:
         });
     }
 
+    base::ExtrasSettings extras;
     QtIrcClock clock;
-    IrcSocket sockets;
+    IrcSessionSockets sockets;
     ScriptedQuestions questions;
     QtDccFileSink files;
     uscIRC core;
