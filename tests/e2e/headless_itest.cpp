@@ -181,9 +181,7 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
     EXPECT_EQ(bot.ExitCode(), 0);
     EXPECT_TRUE(alice.WaitForLine(R"(^:Tallybot2!\S+ QUIT :)")) << alice.Transcript();
     const std::string ini = ReadBytes(home.File("Tallybot.ini"));
-    const std::string defaults =
-        ReadBytes(std::string(std::getenv("TALLYBOT_SOURCE_DIR") ? std::getenv("TALLYBOT_SOURCE_DIR") : ".") +
-                  "/tests/data/settings/default.ini");
+    const std::string defaults = tallybot::test::ReadFixture("settings/default.ini");
     for (const std::string& key : Keys(defaults))
         EXPECT_TRUE(Keys(ini).count(key)) << key;
     EXPECT_NE(ini.find("1Nick=Tallybot\r\n"), std::string::npos);

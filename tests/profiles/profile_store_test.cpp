@@ -4,6 +4,7 @@
 #include "app/app_settings.h"
 #include "base/app_log.h"
 #include "profiles/profile_store.h"
+#include "tests/support/fixture_file.h"
 #include "tests/support/temp_folder.h"
 
 #include <cstdlib>
@@ -27,11 +28,6 @@ public:
     bool AskYesNo(const std::string&, const std::string&) override { return false; }
     void OpenExternal(const std::string&) override {}
 };
-
-fs::path SourceDir() {
-    const char* dir = std::getenv("TALLYBOT_SOURCE_DIR");
-    return dir ? fs::path(dir) : fs::path(__FILE__).parent_path().parent_path().parent_path();
-}
 
 class ProfileStoreTest : public ::testing::Test {
 protected:
@@ -77,13 +73,13 @@ GameProfile CtfProfile() {
 TEST_F(ProfileStoreTest, SavedProfileMatchesGoldenFileByteForByte) {
     settings.Profiles.Entries[3] = CtfProfile();
     profiles::SaveProfile(settings, "ctf.igp", 3);
-    EXPECT_EQ(ReadBytes(Folder("ctf.igp")), ReadBytes(SourceDir() / "tests/data/profiles/ctf.igp"));
+    EXPECT_EQ(ReadBytes(Folder("ctf.igp")), ReadBytes(tallybot::test::SourceRoot() / "tests/data/profiles/ctf.igp"));
     EXPECT_EQ(settings.Profiles.Entries[3], CtfProfile()); // escaping works on a copy
     EXPECT_EQ(log.ErrorCount(), 0);
 }
 
 TEST_F(ProfileStoreTest, GoldenFileLoadsWithControlCharacters) {
-    fs::copy_file(SourceDir() / "tests/data/profiles/ctf.igp", Folder("ctf.igp"));
+    fs::copy_file(tallybot::test::SourceRoot() / "tests/data/profiles/ctf.igp", Folder("ctf.igp"));
     profiles::LoadAllProfiles(settings);
     ASSERT_EQ(settings.Profiles.ProfileCount, 1);
     EXPECT_EQ(settings.Profiles.Entries[1], CtfProfile());
@@ -113,6 +109,7 @@ TEST_F(ProfileStoreTest, ListingIsSortedAndOnlyTakesProfileFiles) {
     AddProfile("A.igp", 3);
     AddProfile("c.IGP", 4);
     WriteBytes(Folder("notes.txt"), "x");
+    WriteBytes(Folder(".igp"), "x"); // an extension alone names no profile
     fs::create_directories(Folder("dir.igp"));
     EXPECT_EQ(profiles::ListProfiles(settings), 3);
     EXPECT_EQ(settings.Profiles.Entries[1].FileName, "A.igp");
@@ -177,7 +174,7 @@ TEST_F(ProfileStoreTest, DeletingRemovesTheFileAndAMissingFileIsLogged) {
 
 TEST_F(ProfileStoreTest, ShippedProfilesLoadAndSaveBackUnchanged) {
     int engineZero = 0;
-    for (const auto& entry : fs::directory_iterator(SourceDir() / "profiles/default")) {
+    for (const auto& entry : fs::directory_iterator(tallybot::test::SourceRoot() / "profiles/default")) {
         const std::string name = entry.path().filename().string();
         fs::copy_file(entry.path(), Folder(name));
         profiles::LoadProfile(settings, 1, name);
