@@ -21,6 +21,7 @@ int RunWindow(const CommandLine& line, const ProgramPlace& place) {
     const StartupOptions options = PrepareStartup(line, place, shell);
     AppRuntime runtime;
     if (!runtime.Start(options)) std::fprintf(stderr, "tallybot: remote control unavailable for this home\n");
+    WarnWhenNoProfiles(runtime.Logic());
     tallybot::desktop::QtMessageBoxes boxes;
     frmMain window(runtime.Logic(), boxes);
     QObject::connect(&runtime, &AppRuntime::ViewChanged, &window, [&window] { window.Refresh(); });
