@@ -19,6 +19,8 @@ using tallybot::test::TempFolder;
 TEST(WindowModuleTest, HeadlessRunnerMapsNoGuiLibrary) {
     TempFolder home;
     const QString homeArg = QString::fromStdString(home.Slash());
+    std::filesystem::create_directories(home.File("Profiles")); // there, but empty: nothing gets copied
+    const std::string warning = "No game profile in " + home.Slash() + "Profiles/";
     QProcess bot;
     bot.start(TallybotBinary(), {"--home", homeArg, "--headless"});
     ASSERT_TRUE(bot.waitForStarted(10000));
@@ -30,6 +32,7 @@ TEST(WindowModuleTest, HeadlessRunnerMapsNoGuiLibrary) {
         return ReadBytes(home.File("Tallybot.log")).find(";0;Unknown remote command ignored: Hello\r\n") !=
                std::string::npos;
     })) << ReadBytes(home.File("Tallybot.log"));
+    EXPECT_NE(ReadBytes(home.File("Tallybot.log")).find(";0;" + warning), std::string::npos);
     const std::string maps = ReadBytes("/proc/" + std::to_string(bot.processId()) + "/maps");
     ASSERT_NE(maps.find("libQt6Core"), std::string::npos);
     for (const char* library : {"libQt6Gui", "libQt6Widgets", "libGL", "libX11", "libxcb", "libfontconfig",
@@ -38,6 +41,7 @@ TEST(WindowModuleTest, HeadlessRunnerMapsNoGuiLibrary) {
     bot.terminate();
     ASSERT_TRUE(bot.waitForFinished(20000));
     EXPECT_EQ(bot.exitCode(), 0);
+    EXPECT_NE(bot.readAllStandardError().toStdString().find("tallybot: warning: " + warning), std::string::npos);
 }
 
 TEST(WindowModuleTest, NoDisplayAndNoInstanceExitsWithStatusTwoNamingHeadless) {
