@@ -37,6 +37,18 @@ int RunHeadless(const CommandLine& line, const ProgramPlace& place) {
     return QCoreApplication::exec();
 }
 
+// Qt ends the process with abort() when its platform plugin cannot start (an X server gone from
+// behind DISPLAY, a plugin missing): said plainly instead, with the way out, and exit status 2.
+// The window module restores Qt's own handler once its application object stands.
+void ExitWhenTheWindowCannotOpen(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    const QByteArray text = qFormatLogMessage(type, context, message).toLocal8Bit();
+    std::fprintf(stderr, "%s\n", text.constData());
+    if (type != QtFatalMsg) return;
+    std::fprintf(stderr, "tallybot: the window cannot open here; run it with --headless\n");
+    std::fflush(stderr);
+    std::_Exit(2);
+}
+
 // A command for an instance already running on this home needs no window: it is delivered with
 // Qt Core alone, before the window module (and any GUI library) is loaded.
 bool DeliveredWithoutWindow(int& argc, char** argv, const CommandLine& line) {
@@ -68,6 +80,7 @@ int main(int argc, char* argv[]) {
                                  "and no instance running on this home; run it with --headless\n");
             return 2;
         }
+        qInstallMessageHandler(ExitWhenTheWindowCannotOpen);
         return RunWindowModule(argc, argv, line);
     }
 

@@ -50,6 +50,13 @@ TEST(WindowModuleTest, NoDisplayAndNoInstanceExitsWithStatusTwoNamingHeadless) {
     EXPECT_EQ(RunTallybot({"--home", QString::fromStdString(home.Slash()), "DisIRC"}, WithoutDisplay(), &error), 2);
     EXPECT_EQ(error, "tallybot: no display for the window (DISPLAY and WAYLAND_DISPLAY are not set) and no instance "
                      "running on this home; run it with --headless\n");
+    // A display named but not there: the same way out, never an abort.
+    QProcessEnvironment gone = WithoutDisplay();
+    gone.insert("DISPLAY", ":97");
+    gone.insert("QT_QPA_PLATFORM", "xcb");
+    EXPECT_EQ(RunTallybot({"--home", QString::fromStdString(home.Slash())}, gone, &error), 2) << error;
+    EXPECT_NE(error.find("tallybot: the window cannot open here; run it with --headless\n"), std::string::npos)
+        << error;
     EXPECT_EQ(
         RunTallybot({"--home", QString::fromStdString(home.Slash()), "--send", "Hello"}, WithoutDisplay(), &error), 2);
     EXPECT_EQ(error.rfind("tallybot: unknown command Hello (ConIRC, DisIRC, ConGam or DisGam)\n", 0), 0u) << error;
