@@ -164,7 +164,7 @@ declare -A port_of=([alpha]=$game_port [beta]=$game_port2)
 for name in alpha beta; do
     home=/var/lib/tallybot/$name
     install -d -o tallybot -g tallybot -m 0750 "$home"
-    printf '[IRC]\r\n1Server=127.0.0.1\r\n1Port=%s\r\n1Channel=#%s\r\n1Nick=Tally%s\r\n[Game]\r\n1Host=127.0.0.1:%s\r\nQueryTime=1000\r\n[Extras]\r\nIdentEnabled=0\r\n' \
+    printf '[IRC]\r\n1Server=127.0.0.1\r\n1Port=%s\r\n1Channel=#%s\r\n1Nick=Tb%s\r\n[Game]\r\n1Host=127.0.0.1:%s\r\nQueryTime=1000\r\n[Extras]\r\nIdentEnabled=0\r\n' \
         "$irc_port" "$name" "$name" "${port_of[$name]}" >"$home/Tallybot.ini"
     chown tallybot:tallybot "$home/Tallybot.ini"
     if [ "$use_systemd" = 1 ]; then
@@ -180,12 +180,12 @@ for name in alpha beta; do
     fi
 done
 for name in alpha beta; do
-    if ! wait_for "$work/league.log" ":Tally$name!.* PRIVMSG #$name :" 60; then
+    if ! wait_for "$work/league.log" ":Tb$name!.* PRIVMSG #$name :" 60; then
         echo "--- channels"; cat "$work/league.log"
         cat "$work/$name.out" "$work/$name.err" 2>/dev/null || journalctl -u "tallybot@$name" --no-pager | tail -n 40
         fail "no channel line from instance $name"
     fi
-    grep -m 1 ":Tally$name!.* PRIVMSG #$name :" "$work/league.log"
+    grep -m 1 ":Tb$name!.* PRIVMSG #$name :" "$work/league.log"
     # Remote control through the socket in the instance's home, with the unit's private /tmp.
     setpriv --reuid=tallybot --regid=tallybot --init-groups -- tallybot --home "/var/lib/tallybot/$name" --send DisGam ||
         fail "--send did not reach instance $name"
@@ -208,7 +208,7 @@ else
     bots=()
 fi
 for name in alpha beta; do
-    wait_for "$work/league.log" ":Tally$name!.* QUIT" 10 || fail "instance $name did not quit IRC"
+    wait_for "$work/league.log" ":Tb$name!.* QUIT" 10 || fail "instance $name did not quit IRC"
     grep -q "Application terminated normally" "/var/lib/tallybot/$name/Tallybot.log" || fail "no normal end for $name"
 done
 echo "both instances posted and stopped normally"
