@@ -9,8 +9,8 @@ void HeadlessOutput::PrintPaneLine(const irc::PaneLine& line) {
     std::fflush(m_out);
 }
 
-void HeadlessOutput::PrintText(const std::string& text) {
-    PrintPaneLine(irc::BuildPaneLine(text, 0));
+void HeadlessOutput::PrintText(const std::string& text, irc::Colour colour) {
+    PrintPaneLine(irc::BuildPaneLine(text, colour));
 }
 
 void HeadlessOutput::PrintViewChanges(const MainView& view) {
@@ -20,7 +20,9 @@ void HeadlessOutput::PrintViewChanges(const MainView& view) {
     }
     if (view.Query.lblQueryStatusCaption != m_shownStatus) {
         m_shownStatus = view.Query.lblQueryStatusCaption;
-        PrintText("Game server: " + m_shownStatus);
+        // As the window's status label: red offline, orange while connecting, green online.
+        const int paletteIndex = m_shownStatus.rfind("ONLINE", 0) == 0 ? 3 : m_shownStatus == "OFFLINE" ? 4 : 7;
+        PrintText("Game server: " + m_shownStatus, irc::PaletteColour(paletteIndex));
     }
 }
 

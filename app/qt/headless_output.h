@@ -24,7 +24,7 @@ public:
     void PrintOwnLine(const std::string& target, const std::string& text);
 
 private:
-    void PrintText(const std::string& text); // in the pane's default colour
+    void PrintText(const std::string& text, irc::Colour colour = 0); // 0: the pane's default colour
 
     OutputStyle m_style;
     std::FILE* m_out;
