@@ -7,6 +7,7 @@
 #include "tests/support/ngircd_server.h"
 #include "tests/support/temp_folder.h"
 
+#include <algorithm>
 #include <set>
 #include <sstream>
 
@@ -139,17 +140,21 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
     // and, being longer than six characters, lets "ConGam" name a new server later.
     ASSERT_TRUE(bot.Start({"--home", homeArg, "--headless", "DisGam:now"}));
     ASSERT_TRUE(alice.WaitForLine(R"(^:Tallybot!\S+ JOIN :?#test$)")) << bot.Transcript();
-    ASSERT_TRUE(bot.Err.WaitFor("^Game server: OFFLINE$")) << bot.Transcript();
+    ASSERT_TRUE(bot.Out.WaitFor("^Game server: OFFLINE$")) << bot.Transcript();
 
     ASSERT_TRUE(sim.Start("Q3", kMatchScript)) << sim.Output();
     const std::string server = "127.0.0.1:" + std::to_string(sim.Port());
     ASSERT_EQ(RunTallybot({"--home", homeArg, "--send", QString::fromStdString("ConGam:" + server)}), 0);
-    ASSERT_TRUE(bot.Err.WaitFor("^Game server: ONLINE - Q3$")) << bot.Transcript();
+    ASSERT_TRUE(bot.Out.WaitFor("^Game server: ONLINE - Q3$")) << bot.Transcript();
 
     // The match plays out (it ends with the next match beginning); then the channel commands:
     // answered, refused as spam, refused for another instance.
     ASSERT_TRUE(alice.WaitForLine(ChannelLine("#test", "{10}The {2}match {10}has {2}begun"), kMatchDeadline))
         << alice.Transcript() << bot.Transcript();
+
+    // A channel line in Windows-1252 with IRC codes, for the check of standard output below.
+    alice.Say("#test", "caf\xE9 \x02ok\x02");
+
     alice.Say("#test", "!ssinfo Tallybot");
     EXPECT_TRUE(bot.Out.WaitFor("^" + RegexQuote("[SYSTEM] alice requested !ssinfo -> sent.") + "$"));
     alice.Say("#test", "!ssinfo Tallybot");
@@ -163,7 +168,7 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
 
     // Remote control of the running instance.
     ASSERT_EQ(RunTallybot({"--home", homeArg, "--send", "DisGam"}), 0);
-    EXPECT_TRUE(bot.Err.WaitFor("^Game server: OFFLINE$")) << bot.Transcript();
+    EXPECT_TRUE(bot.Out.WaitFor("^Game server: OFFLINE$")) << bot.Transcript();
     ASSERT_EQ(
         RunTallybot({"--home", homeArg, "--send",
                      QString::fromStdString("ConIRC:127.0.0.1:" + std::to_string(ircd.Port()) + ":#test2:Tallybot2")}),
@@ -173,6 +178,18 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
     EXPECT_EQ(ChannelTranscript(alice.Lines(), "#test"), ExpectedTranscript("e2e/ctf_match.txt"))
         << alice.Transcript() << bot.Transcript();
     EXPECT_TRUE(alice.WaitForLine(R"(^:Tallybot2!\S+ JOIN :?#test2$)")) << alice.Transcript();
+
+    // Redirected standard output: UTF-8 text without control bytes, holding what a window shows
+    // besides the pane (profile, query state) and the bot's own posts.
+    const std::vector<std::string>& out = bot.Out.Lines();
+    for (const char* expected :
+         {"Profile: Quake3-CTF", "<alice> caf\xC3\xA9 ok", "> Capped by Alice", "> Red (P 50) 1 : 0 (P 70) Blue"})
+        EXPECT_NE(std::find(out.begin(), out.end(), expected), out.end()) << expected << "\n" << bot.Transcript();
+    for (const std::string& line : out) {
+        EXPECT_EQ(QString::fromUtf8(line).toStdString(), line);
+        EXPECT_TRUE(std::none_of(line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }))
+            << line;
+    }
 
     // SIGTERM: the normal shutdown, every key saved, a fresh log with the last entry only.
     bot.Terminate();
@@ -190,6 +207,39 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
                     .match(QString::fromLatin1(log.c_str()))
                     .hasMatch())
         << log;
+}
+
+// On a terminal the pane's colours are the 16 standard ANSI colours (the default colour is the
+// terminal's own); with NO_COLOR there is no escape sequence at all.
+TEST_F(HeadlessTest, TerminalShowsSixteenColoursOrNoneWithNoColor) {
+    if (!TallybotProcess::TerminalAvailable()) GTEST_SKIP() << "script(1) is not installed";
+    const QRegularExpression escape("\x1b[^m]*m");
+    const QRegularExpression standard("^\x1b\\[0(;1)?(;4)?(;(3[0-7]|9[0-7]))?(;(4[0-7]|10[0-7]))?m$");
+    for (const bool noColor : {false, true}) {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.remove("NO_COLOR");
+        if (noColor) env.insert("NO_COLOR", "1");
+        TallybotProcess onTerminal;
+        ASSERT_TRUE(onTerminal.StartOnTerminal({"--home", homeArg, "--headless", "DisGam:now"}, env));
+        ASSERT_TRUE(alice.WaitForLine(R"(^:Tallybot!\S+ JOIN :?#test$)")) << onTerminal.Transcript();
+        alice.Say("#test", "\x03"
+                           "04red \x03"
+                           "12,08blue \x02\x1f"
+                           "bold");
+        ASSERT_TRUE(onTerminal.Out.WaitFor("alice.*red.*blue.*bold")) << onTerminal.Transcript();
+        const QString text = QString::fromUtf8(onTerminal.Out.Transcript());
+        int colours = 0;
+        for (auto it = escape.globalMatch(text); it.hasNext();) {
+            const QString sequence = it.next().captured();
+            EXPECT_TRUE(standard.match(sequence).hasMatch()) << sequence.mid(1).toStdString();
+            colours += sequence.contains(";3") || sequence.contains(";9");
+        }
+        EXPECT_EQ(text.count(QChar(0x1b)) == 0, noColor) << onTerminal.Transcript();
+        EXPECT_EQ(colours > 0, !noColor);
+        onTerminal.Terminate();
+        ASSERT_TRUE(alice.WaitForLine(R"(^:Tallybot!\S+ QUIT :)")) << alice.Transcript();
+        ASSERT_TRUE(onTerminal.WaitForExit()) << onTerminal.Transcript();
+    }
 }
 
 TEST(HeadlessSendTest, SendWithoutARunningInstanceFails) {
