@@ -8,6 +8,7 @@
 #include "app/qt/window_module.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -18,15 +19,42 @@ namespace {
 
 using namespace tallybot::app;
 
+const char* Env(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
 int RunHeadless(const CommandLine& line, const ProgramPlace& place) {
     HeadlessShell shell;
     const StartupOptions options = PrepareStartup(line, place, shell);
     AppRuntime runtime;
-    HeadlessRunner runner(runtime, ::isatty(STDOUT_FILENO) == 1);
+    const OutputStyle style = ChooseOutputStyle(line.color, line.raw, ::isatty(STDOUT_FILENO) == 1, *Env("NO_COLOR"));
+    HeadlessRunner runner(runtime, style);
     runner.CatchSignals();
     if (!runtime.Start(options)) std::fprintf(stderr, "tallybot: remote control unavailable for this home\n");
+    WarnWhenNoProfiles(runtime.Logic());
     runner.Start(line.command);
     return QCoreApplication::exec();
+}
+
+// Qt ends the process with abort() when its platform plugin cannot start (an X server gone from
+// behind DISPLAY, a plugin missing): said plainly instead, with the way out, and exit status 2.
+// The window module restores Qt's own handler once its application object stands.
+void ExitWhenTheWindowCannotOpen(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    const QByteArray text = qFormatLogMessage(type, context, message).toLocal8Bit();
+    std::fprintf(stderr, "%s\n", text.constData());
+    if (type != QtFatalMsg) return;
+    std::fprintf(stderr, "tallybot: the window cannot open here; run it with --headless\n");
+    std::fflush(stderr);
+    std::_Exit(2);
+}
+
+// A command for an instance already running on this home needs no window: it is delivered with
+// Qt Core alone, before the window module (and any GUI library) is loaded.
+bool DeliveredWithoutWindow(int& argc, char** argv, const CommandLine& line) {
+    if (line.command.empty()) return false;
+    QCoreApplication app(argc, argv);
+    return DeliverToRunning(line, LocateProgram(line)).has_value();
 }
 
 } // namespace
@@ -45,7 +73,16 @@ int main(int argc, char* argv[]) {
         std::printf("tallybot %s\n", TALLYBOT_VERSION);
         return 0;
     }
-    if (!line.headless && !line.send) return RunWindowModule(argc, argv, line);
+    if (!line.headless && !line.send) {
+        if (DeliveredWithoutWindow(argc, argv, line)) return 0;
+        if (!CanOpenWindow(Env("DISPLAY"), Env("WAYLAND_DISPLAY"), Env("QT_QPA_PLATFORM"))) {
+            std::fprintf(stderr, "tallybot: no display for the window (DISPLAY and WAYLAND_DISPLAY are not set) "
+                                 "and no instance running on this home; run it with --headless\n");
+            return 2;
+        }
+        qInstallMessageHandler(ExitWhenTheWindowCannotOpen);
+        return RunWindowModule(argc, argv, line);
+    }
 
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName("tallybot");

@@ -44,6 +44,7 @@ void LoadExtras(const base::IniFile& ini, base::ExtrasSettings& x) {
     x.A2SQuery = ini.GetInt(s, "A2SQuery", 0);
     x.IPv6 = ini.GetInt(s, "IPv6", 0);
     x.GameColoursToIrc = ini.GetInt(s, "GameColoursToIrc", 0);
+    x.TwoDigitColours = ini.GetInt(s, "TwoDigitColours", 0);
     x.ReportAddress = ini.GetString(s, "ReportAddress", "");
     x.UserFromIdent = ini.GetInt(s, "UserFromIdent", 0);
     x.ShowErrorNumerics = ini.GetInt(s, "ShowErrorNumerics", 0);
@@ -73,6 +74,7 @@ void SaveExtras(base::IniFile& ini, const base::ExtrasSettings& x) {
     ini.WriteInt(s, "A2SQuery", x.A2SQuery);
     ini.WriteInt(s, "IPv6", x.IPv6);
     ini.WriteInt(s, "GameColoursToIrc", x.GameColoursToIrc);
+    ini.WriteInt(s, "TwoDigitColours", x.TwoDigitColours);
     ini.WriteString(s, "ReportAddress", x.ReportAddress);
     ini.WriteInt(s, "UserFromIdent", x.UserFromIdent);
     ini.WriteInt(s, "ShowErrorNumerics", x.ShowErrorNumerics);
@@ -86,6 +88,7 @@ void SaveExtras(base::IniFile& ini, const base::ExtrasSettings& x) {
 
 void ApplyPresentDayExtras(base::ExtrasSettings& x) {
     x.ModernQuake3 = 1;
+    x.TwoDigitColours = 1;
     x.UserFromIdent = 1;
     x.ShowErrorNumerics = 1;
     x.JoinAfter422 = 1;

@@ -25,6 +25,7 @@ struct ExtrasSettings {
     int A2SQuery = 0;                    // query Half-Life family servers with the A2S protocol
     int IPv6 = 0;                        // allow IPv6 addresses for game and IRC servers
     int GameColoursToIrc = 0;            // turn game colour codes in names into IRC colours
+    int TwoDigitColours = 0;             // colour numbers as two digits where a digit or comma follows
     std::string ReportAddress;           // mail address of error reports; empty: no report is offered
     int UserFromIdent = 0;               // USER name: the part of IdentEmail before "@"
     int ShowErrorNumerics = 0;           // show every error numeric 400-599 in ErrorColor

@@ -19,7 +19,7 @@ trap cleanup EXIT
 sim=$!
 mkdir -p "$home/Profiles"
 printf '[Game]\r\n1Host=127.0.0.1:%s\r\nQueryTime=1000\r\n[Extras]\r\nIdentEnabled=0\r\n' "$port" >"$home/Tallybot.ini"
-"$bin/tallybot" --home "$home" --headless >/dev/null 2>"$home/stderr" &
+"$bin/tallybot" --home "$home" --headless >"$home/stdout" 2>/dev/null &
 bot=$!
 
 ticks=$(getconf CLK_TCK)
@@ -31,6 +31,6 @@ end=$(cpu_ticks)
 rss=$(awk '/^VmRSS:/ {print $2}' "/proc/$bot/status")
 hwm=$(awk '/^VmHWM:/ {print $2}' "/proc/$bot/status")
 cpu=$(awk -v t=$((end - start)) -v hz="$ticks" -v s="$seconds" 'BEGIN { printf "%.3f", 100 * t / hz / s }')
-state=$(grep '^Game server:' "$home/stderr" | tail -1 | sed 's/^Game server: //')
+state=$(grep '^Game server:' "$home/stdout" | tail -1 | sed 's/^Game server: //')
 printf '%-58s %16s\n' "headless polling 1/s ($state): VmRSS (VmHWM) KiB" "$rss ($hwm)"
 printf '%-58s %15s%%\n' "headless polling 1/s: CPU over ${seconds} s" "$cpu"

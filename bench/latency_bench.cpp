@@ -145,7 +145,7 @@ struct Rig {
     int m_redScore = 0;
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> m_paneOut{std::fopen("/dev/null", "w"), &std::fclose};
     app::AppRuntime m_runtime;
-    app::HeadlessRunner m_headless{m_runtime, false, m_paneOut.get()};
+    app::HeadlessRunner m_headless{m_runtime, app::OutputStyle::Plain, m_paneOut.get()};
     bool ok = true;
 };
 

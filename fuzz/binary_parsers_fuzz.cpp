@@ -23,6 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     profile.AutoTeams = (selector >> 4) & 1;
     profile.Scoring = (selector >> 5) & 1;
     GameState state;
+    state.GameColoursToIrc = (selector >> 6) & 1; // UT2003 and Doom 3 names coloured for IRC
     for (int round = 0; round < 2; ++round) {
         parse(reply, state, profile);
         if (state.Players[0] != PlayerStatus{}) __builtin_trap(); // players start at slot 1

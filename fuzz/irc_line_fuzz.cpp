@@ -1,8 +1,10 @@
 // The line handler with hostile server bytes: each input is split into lines and handed to a
 // joined control (DCC accepted, so the offer path runs too; every third input with the switches
 // for present-day servers), then typed as user input. Every line the control sends must be one
-// wire line: at most 512 bytes, CR LF only at its end.
+// wire line: at most 512 bytes, CR LF only at its end. Every pane line, as headless standard output
+// writes it, holds no control byte when redirected.
 
+#include "app/logic/pane_text.h"
 #include "irc/irc_wire.h"
 #include "tests/irc/fake_irc_transport.h"
 
@@ -42,5 +44,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     rig.irc.ProcessUserEntry("/" + input);
     CheckSent(rig.transport);
     if (rig.irc.PaneLines().size() > uscIRC::kPaneLimit) std::abort();
+    for (const PaneLine& line : rig.irc.PaneLines()) {
+        for (const char c : tallybot::app::RenderPaneLine(line, tallybot::app::OutputStyle::Plain))
+            if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) std::abort();
+        tallybot::app::RenderPaneLine(line, tallybot::app::OutputStyle::Ansi);
+    }
     return 0;
 }

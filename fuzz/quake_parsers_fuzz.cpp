@@ -27,6 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     state.Players[3].Team = 1; // as after a manual assignment
     state.Players[4].Flag = 7;
     for (int round = 0; round < 2; ++round) { // the second parse starts from the state of the first
+        state.GameColoursToIrc = round == 1;  // names cleaned once, then coloured for IRC
         ParseEngineReply(state.EngineId, reply, state, profile);
         if (state.Status.NumPlayers < 0 || state.Status.NumPlayers > kMaxPlayers) __builtin_trap();
     }

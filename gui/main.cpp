@@ -21,6 +21,7 @@ int RunWindow(const CommandLine& line, const ProgramPlace& place) {
     const StartupOptions options = PrepareStartup(line, place, shell);
     AppRuntime runtime;
     if (!runtime.Start(options)) std::fprintf(stderr, "tallybot: remote control unavailable for this home\n");
+    WarnWhenNoProfiles(runtime.Logic());
     tallybot::desktop::QtMessageBoxes boxes;
     frmMain window(runtime.Logic(), boxes);
     QObject::connect(&runtime, &AppRuntime::ViewChanged, &window, [&window] { window.Refresh(); });
@@ -43,6 +44,7 @@ extern "C" [[gnu::visibility("default")]] int tallybot_window_main(int* argc, ch
     // Checks the entry against the type the executable calls it through.
     [[maybe_unused]] const WindowMainFunction self = &tallybot_window_main;
     QApplication app(*argc, argv);
+    qInstallMessageHandler(nullptr); // the platform started: Qt's own handling of messages again
     QCoreApplication::setApplicationName("tallybot");
     const ProgramPlace place = LocateProgram(*line);
     if (const auto delivered = DeliverToRunning(*line, place)) return *delivered;

@@ -106,6 +106,7 @@ void uscIRC::SendToChannel(const std::string& text) {
     Trapped("SendToChannel", [&] {
         if (m_props.ControlType == 0 || !ServerUsable()) return;
         WriteWire("PRIVMSG " + m_props.ChannelName + " :" + (EndsWithCrLf(text) ? text : text + "\r\n"));
+        ReportOwnLine(m_props.ChannelName, text);
     });
 }
 
@@ -113,7 +114,12 @@ void uscIRC::NotifyUser(const std::string& nick, const std::string& text) {
     Trapped("NotifyUser", [&] {
         if (!ServerUsable()) return;
         WriteWire("NOTICE " + nick + " :" + (EndsWithCrLf(text) ? text : text + "\r\n"));
+        ReportOwnLine(nick, text);
     });
+}
+
+void uscIRC::ReportOwnLine(const std::string& target, const std::string& text) {
+    if (m_view.OwnLineSent) m_view.OwnLineSent(target, EndsWithCrLf(text) ? text.substr(0, text.size() - 2) : text);
 }
 
 void uscIRC::AddText(const std::string& text, Colour colour) {

@@ -94,6 +94,8 @@ struct IrcEvents {
 struct IrcView {
     std::function<void()> PaneCleared;
     std::function<void(const PaneLine&)> PaneLineAdded;
+    // A line the program itself sent to the channel or a user (no CR LF); the window shows none.
+    std::function<void(const std::string& target, const std::string& text)> OwnLineSent;
     std::function<void()> UserListChanged;
     std::function<void(const std::string& link)> OpenLink; // the system's default handler
     // ShowErrorNumerics: an error numeric the classic table skips was shown (headless prints it).
@@ -203,6 +205,7 @@ private:
     }
     bool ServerUsable() const;
     void WriteWire(const std::string& line); // the one place lines leave the program
+    void ReportOwnLine(const std::string& target, const std::string& text);
     bool ShowsInfo() const { return m_props.ControlType == 0 || m_props.ControlType == 3 || m_props.ControlType == 4; }
     bool KeepsUserList() const { return m_props.ControlType == 1 || m_props.ControlType == 3; }
     void UserListChanged();

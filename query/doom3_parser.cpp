@@ -8,6 +8,7 @@
 #include "base/error_trap.h"
 #include "base/vb_convert.h"
 #include "query/byte_reader.h"
+#include "query/name_colours.h"
 #include "query/parsers.h"
 
 #include <algorithm>
@@ -54,7 +55,7 @@ void ReadD3EngineData(std::string_view reply, GameState& state) {
             std::string_view value = reader.Text();
             base::ResumeNext([&] { status.FragLimit = vb::CInt(value); });
         } else if (key == "si_name") {
-            status.HostName = ClearName(reader.Text());
+            status.HostName = CleanName(reader.Text(), state.GameColoursToIrc);
         } else if (key == "si_map") {
             status.MapName = reader.Text();
         } else if (key == "gamename") {
@@ -81,7 +82,7 @@ void ReadD3EngineData(std::string_view reply, GameState& state) {
             std::string_view ping = reader.Take(2);
             base::ResumeNext([&] { player.Ping = HighFirstPing(ping); });
             reader.Skip(4);
-            player.Name = ClearName(reader.Text());
+            player.Name = CleanName(reader.Text(), state.GameColoursToIrc);
         }
     }
     status.NumPlayers = n;

@@ -83,8 +83,10 @@ struct GameState {
     std::int32_t TeamScoreOffsetRed = 0;
     std::int32_t TeamScoreOffsetBlue = 0;
     // Advanced by CalcTeamScores whenever it resets the remembered team scores; match reporting
-    // zeroes its previous and last-posted scores when this changes.
+    // zeroes its previous and last-posted scores when this changes and both teams are at 0.
     std::int32_t TeamScoreResets = 0;
+    // [Extras] GameColoursToIrc: the parsers keep name colours as IRC colours (query/name_colours.h).
+    bool GameColoursToIrc = false;
 };
 
 // Engine code of an id ("Q2" ... "D3"); empty for any value outside 1..17.

@@ -13,8 +13,9 @@ namespace tallybot::query::quake {
 std::string_view TakeKeyLine(std::string_view& rest);
 
 // Fills the slots after `n` from the player lines ("score ping name", or "ping name" without
-// `withScore`) until the lines or the table end; returns the last slot filled.
-int ReadPlayerLines(std::string_view& rest, PlayerTable& players, int n, bool withScore);
+// `withScore`) until the lines or the table end; returns the last slot filled. colourNames: game
+// colours become IRC colours instead of being removed.
+int ReadPlayerLines(std::string_view& rest, PlayerTable& players, int n, bool withScore, bool colourNames);
 
 // The family parser with the player-line layout chosen by the caller: MoH lines carry no score.
 void ParseQ3FamilyLines(std::string_view reply, GameState& state, const profiles::GameProfile& profile,

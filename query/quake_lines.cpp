@@ -2,6 +2,7 @@
 // keys and values, then one line per player.
 
 #include "base/error_trap.h"
+#include "query/name_colours.h"
 #include "query/parsers.h"
 #include "query/quake_family.h"
 #include "query/quake_text.h"
@@ -15,7 +16,7 @@ std::string_view TakeKeyLine(std::string_view& rest) {
     return keys;
 }
 
-int ReadPlayerLines(std::string_view& rest, PlayerTable& players, int n, bool withScore) {
+int ReadPlayerLines(std::string_view& rest, PlayerTable& players, int n, bool withScore, bool colourNames) {
     // A player beyond slot 50 is out of the table: the lines end there and the first ones stay.
     while (!rest.empty() && n < kMaxPlayers) {
         ++n;
@@ -27,7 +28,7 @@ int ReadPlayerLines(std::string_view& rest, PlayerTable& players, int n, bool wi
         }
         std::string_view ping = Extract(line, ' ');
         base::ResumeNext([&] { p.Ping = ToInt32(ping); });
-        p.Name = ClearName(line);
+        p.Name = CleanName(line, colourNames);
     }
     return n;
 }

@@ -5,6 +5,7 @@
 //   score " " ping " " "\"" name "\"" LF        (one line per player)
 
 #include "base/error_trap.h"
+#include "query/name_colours.h"
 #include "query/parsers.h"
 #include "query/quake_family.h"
 #include "query/quake_text.h"
@@ -19,7 +20,7 @@ using quake::KeyIs;
 using namespace std::string_view_literals;
 
 // The last "ctf"/"deathmatch" value read is also the player counter (a byte, as it was).
-void ScanKeys(std::string_view line, ServerStatus& s, std::uint8_t& counter) {
+void ScanKeys(std::string_view line, ServerStatus& s, std::uint8_t& counter, bool colourNames) {
     while (!line.empty()) {
         std::string_view key = Extract(line, '\\');
         if (KeyIs(key, "maxclients")) {
@@ -32,7 +33,7 @@ void ScanKeys(std::string_view line, ServerStatus& s, std::uint8_t& counter) {
             std::string_view v = Extract(line, '\\');
             ResumeNext([&] { s.FragLimit = quake::ToInt16(v); });
         } else if (KeyIs(key, "hostname")) {
-            s.HostName = ClearName(Extract(line, '\\'));
+            s.HostName = CleanName(Extract(line, '\\'), colourNames);
         } else if (KeyIs(key, "version")) {
             s.Version = Extract(line, '\\');
         } else if (KeyIs(key, "protocol")) {
@@ -68,10 +69,10 @@ void ParseQ2(std::string_view reply, GameState& state, const profiles::GameProfi
     ClearServerStatus(s);
     std::string_view rest = reply;
     std::uint8_t counter = 0;
-    ScanKeys(quake::TakeKeyLine(rest), s, counter);
+    ScanKeys(quake::TakeKeyLine(rest), s, counter, state.GameColoursToIrc);
 
     // After "deathmatch" 1 the first player lands in slot 2 and slot 1 stays empty: kept.
-    const int n = quake::ReadPlayerLines(rest, state.Players, counter, true);
+    const int n = quake::ReadPlayerLines(rest, state.Players, counter, true, state.GameColoursToIrc);
     // Every reader walks slots 1..NumPlayers, so the count never points past the table.
     s.NumPlayers = n < kMaxPlayers ? n : kMaxPlayers;
     s.ScoreTime = "N/A";

@@ -5,6 +5,7 @@
 //   score " " ping " " "\"" name "\"" LF        (one line per player; MoH: ping " " name)
 
 #include "base/error_trap.h"
+#include "query/name_colours.h"
 #include "query/parsers.h"
 #include "query/quake_family.h"
 #include "query/quake_text.h"
@@ -25,7 +26,7 @@ struct TeamLists {
 
 // Each known key takes the next token as its value; anything else is skipped by itself, so a
 // value that happens to read like a known key is taken as that key.
-void ScanKeys(std::string_view line, ServerStatus& s, TeamLists& lists) {
+void ScanKeys(std::string_view line, ServerStatus& s, TeamLists& lists, bool colourNames) {
     while (!line.empty()) {
         std::string_view key = Extract(line, '\\');
         if (key.size() < 7 || key.size() > 14) continue; // no known key is shorter or longer
@@ -44,7 +45,7 @@ void ScanKeys(std::string_view line, ServerStatus& s, TeamLists& lists) {
             std::string_view v = Extract(line, '\\');
             ResumeNext([&] { s.FragLimit = quake::ToInt16(v); });
         } else if (KeyIs(key, "sv_hostname")) {
-            s.HostName = ClearName(Extract(line, '\\'));
+            s.HostName = CleanName(Extract(line, '\\'), colourNames);
         } else if (KeyIs(key, "version")) {
             s.Version = Extract(line, '\\');
         } else if (KeyIs(key, "protocol")) {
@@ -112,14 +113,14 @@ void ParseQ3FamilyLines(std::string_view reply, GameState& state, const profiles
     ClearServerStatus(s);
     std::string_view rest = reply;
     TeamLists lists;
-    ScanKeys(TakeKeyLine(rest), s, lists);
+    ScanKeys(TakeKeyLine(rest), s, lists, state.GameColoursToIrc);
 
     if (profile.AutoTeams == 1) {
         ClearPlayers(state.Players, 0, 1);
         AssignTeams(state, lists);
     }
 
-    const int n = ReadPlayerLines(rest, state.Players, 0, !linesWithoutScore);
+    const int n = ReadPlayerLines(rest, state.Players, 0, !linesWithoutScore, state.GameColoursToIrc);
     s.NumPlayers = n;
     ClearPlayers(state.Players, n + 1, 0);
 }

@@ -9,6 +9,7 @@
 #include "base/error_trap.h"
 #include "base/vb_convert.h"
 #include "query/byte_reader.h"
+#include "query/name_colours.h"
 #include "query/parsers.h"
 
 #include <algorithm>
@@ -18,10 +19,11 @@ namespace tallybot::query {
 
 namespace {
 
-void ParseUT2003Server(std::string_view reply, ServerStatus& status) {
+void ParseUT2003Server(std::string_view reply, ServerStatus& status, bool colourNames) {
     ByteReader reader(reply);
     reader.Skip(19);
     status.HostName = reader.Text();
+    if (colourNames) status.HostName = UnrealColoursToIrc(status.HostName);
     reader.Skip(1);
     status.MapName = reader.Text();
     reader.Skip(1);
@@ -59,6 +61,7 @@ void ParseUT2003Players(std::string_view reply, GameState& state) {
         PlayerStatus& player = state.Players[static_cast<std::size_t>(n)];
         reader.Skip(5);
         player.Name = reader.Text();
+        if (state.GameColoursToIrc) player.Name = UnrealColoursToIrc(player.Name);
         std::string_view ping = reader.Take(4);
         base::ResumeNext([&] { player.Ping = FirstCode(ping); }); // low byte only
         std::string_view score = reader.Take(4);
@@ -74,7 +77,7 @@ void ParseUT2003Reply(std::string_view reply, GameState& state, [[maybe_unused]]
     if (reply.size() < 5) return;
     switch (static_cast<unsigned char>(reply[4])) {
     case 0:
-        ParseUT2003Server(reply, state.Status);
+        ParseUT2003Server(reply, state.Status, state.GameColoursToIrc);
         break;
     case 1:
         ParseUT2003Rules(reply, state.Status);

@@ -215,7 +215,7 @@ void InfoPosts::mnuPostAbout() {
     Guarded("mnuPostAbout_Click", [&] {
         if (m_ctx.settings.ConnState == 2) return;
         Post("$ec$Welcome to $ic$" + std::string(kProgramTitle) + " " + ProgramVersion() + " $ec$by $ic$Kavik$ec$!");
-        Post("$ec$Web:$ic$ https://tallybot.example.org $ec$, IRC:$ic$ #tallybot $ec$on$ic$ irc.example.org");
+        Post("$ec$" + std::string(kProgramTitle) + ":$ic$ " + std::string(kProgramDescription));
     });
 }
 

@@ -17,6 +17,11 @@ inline constexpr std::string_view kRedColour = "\x03"
 inline constexpr std::string_view kBlueColour = "\x03"
                                                 "12";
 inline constexpr std::string_view kProgramTitle = "Tallybot";
+#ifndef TALLYBOT_DESCRIPTION
+#define TALLYBOT_DESCRIPTION "Game server to IRC match reporter"
+#endif
+// The about post's second line: what the program is.
+inline constexpr std::string_view kProgramDescription = TALLYBOT_DESCRIPTION;
 
 class InfoPosts {
 public:

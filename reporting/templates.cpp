@@ -1,9 +1,11 @@
 #include "reporting/templates.h"
 
 #include "base/vb_convert.h"
+#include "reporting/colour_codes.h"
 
 #include <cstdint>
 #include <limits>
+#include <vector>
 
 #ifndef TALLYBOT_VERSION
 #define TALLYBOT_VERSION "1.0.0"
@@ -144,6 +146,67 @@ bool Contains(std::string_view text, std::string_view mark) {
     return text.find(mark) != std::string_view::npos;
 }
 
+// Replaces the placeholders of one text in their fixed order; true when "%fcb%" was among them.
+bool ReplacePlaceholders(std::string& line, const MarkValues& v) {
+    const std::pair<std::string_view, const std::string*> order[] = {
+        {"%sip%", &v.sip}, {"%sna%", &v.sna}, {"%sve%", &v.sve}, {"%gna%", &v.gna}, {"%gve%", &v.gve},
+        {"%mtl%", &v.mtl}, {"%map%", &v.map}, {"%mpl%", &v.mpl}, {"%npl%", &v.npl}, {"%tnr%", &v.tnr},
+        {"%tnb%", &v.tnb}, {"%tsr%", &v.tsr}, {"%tsb%", &v.tsb}, {"%sdb%", &v.sdb}, {"%sdr%", &v.sdr},
+        {"%apr%", &v.apr}, {"%apb%", &v.apb},
+    };
+    for (const auto& [placeholder, value] : order)
+        if (Contains(line, placeholder)) line = ReplaceAll(std::move(line), placeholder, *value);
+    if (!Contains(line, "%fcb%")) return false;
+    line = ReplaceAll(std::move(line), "%fcb%", v.fcb);
+    return true;
+}
+
+// A stretch of a line and the colour code in front of it (none for the first).
+struct Stretch {
+    const std::string* colour;
+    std::string text;
+};
+
+// Cuts the line at its colour marks, "$ec$" before "$ic$" as the classic replacement order has it.
+std::vector<Stretch> CutAtColourMarks(std::string_view line, const std::string& ext, const std::string& info) {
+    std::vector<Stretch> stretches;
+    const auto cutInfo = [&](std::string_view part, const std::string* colour) {
+        std::size_t pos = 0;
+        for (std::size_t hit = part.find("$ic$"); hit != std::string_view::npos; hit = part.find("$ic$", pos)) {
+            stretches.push_back({colour, std::string(part.substr(pos, hit - pos))});
+            colour = &info;
+            pos = hit + 4;
+        }
+        stretches.push_back({colour, std::string(part.substr(pos))});
+    };
+    std::size_t pos = 0;
+    const std::string* colour = nullptr;
+    for (std::size_t hit = line.find("$ec$"); hit != std::string_view::npos; hit = line.find("$ec$", pos)) {
+        cutInfo(line.substr(pos, hit - pos), colour);
+        colour = &ext;
+        pos = hit + 4;
+    }
+    cutInfo(line.substr(pos), colour);
+    return stretches;
+}
+
+// [Extras] TwoDigitColours: each stretch is expanded on its own, so that every colour code is
+// written to suit the character that ends up after it.
+std::string ExpandWithFittedColours(std::string_view line, const ReportContext& ctx, const MarkValues& v,
+                                    bool& namedCapper) {
+    std::vector<Stretch> stretches = CutAtColourMarks(line, ctx.settings.ExtTextCol, ctx.settings.InfoTextCol);
+    for (Stretch& s : stretches) {
+        s.text = ReplaceAll(std::move(s.text), "$pv$", ProgramVersion());
+        namedCapper = ReplacePlaceholders(s.text, v) || namedCapper;
+    }
+    std::string tail;
+    for (auto it = stretches.rbegin(); it != stretches.rend(); ++it) {
+        tail.insert(0, it->text);
+        if (it->colour) tail.insert(0, FitColourCode(*it->colour, tail));
+    }
+    return tail;
+}
+
 } // namespace
 
 std::string MarkOfPickerEntry(std::string_view entry) {
@@ -201,23 +264,16 @@ std::string ExpandTemplate(const ReportContext& ctx, ReportingState& state, std:
         }
     }
 
-    line = ReplaceAll(std::move(line), "$ec$", ctx.settings.ExtTextCol);
-    line = ReplaceAll(std::move(line), "$ic$", ctx.settings.InfoTextCol);
-    line = ReplaceAll(std::move(line), "$pv$", ProgramVersion());
-
-    const std::pair<std::string_view, const std::string*> order[] = {
-        {"%sip%", &v.sip}, {"%sna%", &v.sna}, {"%sve%", &v.sve}, {"%gna%", &v.gna}, {"%gve%", &v.gve},
-        {"%mtl%", &v.mtl}, {"%map%", &v.map}, {"%mpl%", &v.mpl}, {"%npl%", &v.npl}, {"%tnr%", &v.tnr},
-        {"%tnb%", &v.tnb}, {"%tsr%", &v.tsr}, {"%tsb%", &v.tsb}, {"%sdb%", &v.sdb}, {"%sdr%", &v.sdr},
-        {"%apr%", &v.apr}, {"%apb%", &v.apb},
-    };
-    for (const auto& [placeholder, value] : order)
-        if (Contains(line, placeholder)) line = ReplaceAll(std::move(line), placeholder, *value);
-
-    if (Contains(line, "%fcb%")) {
-        line = ReplaceAll(std::move(line), "%fcb%", v.fcb);
-        if (!preview) state.CappingPlayer = 0; // a capture is named once
+    bool namedCapper = false;
+    if (!preview && ctx.settings.Extras.TwoDigitColours == 1) {
+        line = ExpandWithFittedColours(line, ctx, v, namedCapper);
+    } else {
+        line = ReplaceAll(std::move(line), "$ec$", ctx.settings.ExtTextCol);
+        line = ReplaceAll(std::move(line), "$ic$", ctx.settings.InfoTextCol);
+        line = ReplaceAll(std::move(line), "$pv$", ProgramVersion());
+        namedCapper = ReplacePlaceholders(line, v);
     }
+    if (namedCapper && !preview) state.CappingPlayer = 0; // a capture is named once
     return line;
 }
 

@@ -1,5 +1,6 @@
 // RefreshDisplay: the server labels and the player list, read from the game state only.
 #include "app/logic/main_logic.h"
+#include "query/name_colours.h"
 
 namespace tallybot::app {
 
@@ -42,7 +43,8 @@ std::string TrayTooltip(int connState) {
 
 void MainLogic::RefreshDisplay() {
     const query::ServerStatus& s = m_game.Status;
-    m_view.lblHostname = OrNotReported(s.HostName);
+    // Names may carry IRC colours for the channel ([Extras] GameColoursToIrc); the window shows text.
+    m_view.lblHostname = OrNotReported(query::WithoutIrcColours(s.HostName));
     m_view.lblGameName = OrNotReported(s.GameName);
     m_view.lblMapname = OrNotReported(s.MapName);
     m_view.lblTimelimit = s.TimeLimit == 0 ? kNotReported : std::to_string(s.TimeLimit);
@@ -53,7 +55,8 @@ void MainLogic::RefreshDisplay() {
     const int count = s.NumPlayers < 0 ? 0 : (s.NumPlayers > query::kMaxPlayers ? query::kMaxPlayers : s.NumPlayers);
     for (int i = 1; i <= count; ++i) {
         const query::PlayerStatus& p = m_game.Players[static_cast<std::size_t>(i)];
-        m_view.lvwPlayers.push_back({p.Name, std::to_string(p.Score), std::to_string(p.Ping), TeamName(p.Team)});
+        m_view.lvwPlayers.push_back(
+            {query::WithoutIrcColours(p.Name), std::to_string(p.Score), std::to_string(p.Ping), TeamName(p.Team)});
     }
 }
 

@@ -1,43 +1,118 @@
 #include "app/logic/pane_text.h"
 
+#include <array>
+#include <cstdint>
+
 namespace tallybot::app {
 
 namespace {
 
-// Windows colour value 0x00BBGGRR as "R;G;B".
-std::string Rgb(irc::Colour colour) {
-    const auto value = static_cast<std::uint32_t>(colour) & 0xFFFFFFu;
-    return std::to_string(value & 0xFF) + ";" + std::to_string((value >> 8) & 0xFF) + ";" +
-           std::to_string((value >> 16) & 0xFF);
+// Code points of Windows-1252 bytes 0x80-0x9F; 0 where the code page leaves the byte undefined.
+constexpr std::array<char16_t, 32> kWindows1252High = {
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,
+};
+
+// SGR foreground codes of the 16 IRC palette entries, by index: white, black, navy, green, red,
+// maroon, purple, orange, yellow, light green, teal, cyan, light blue, pink, grey, light grey.
+constexpr std::array<int, 16> kPaletteAnsi = {97, 30, 34, 32, 91, 31, 35, 33, 93, 92, 36, 96, 94, 95, 90, 37};
+
+constexpr irc::Colour kPaneTextColour = 0x000000; // what the pane writes "in the default colour"
+constexpr irc::Colour kPaneBackColour = 0xFFFFFF;
+
+void AppendCodePoint(std::string& out, char32_t cp) {
+    if (cp < 0x80) {
+        out += static_cast<char>(cp);
+    } else if (cp < 0x800) {
+        out += static_cast<char>(0xC0 | (cp >> 6));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    } else {
+        out += static_cast<char>(0xE0 | (cp >> 12));
+        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    }
 }
 
-void AppendUtf8(std::string& out, const std::string& latin1) {
-    for (const char c : latin1) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            out += c;
-        } else {
-            out += static_cast<char>(0xC0 | (byte >> 6));
-            out += static_cast<char>(0x80 | (byte & 0x3F));
-        }
+int Distance(irc::Colour a, irc::Colour b) {
+    int sum = 0;
+    for (int shift = 0; shift < 24; shift += 8) {
+        const int d = static_cast<int>((static_cast<std::uint32_t>(a) >> shift) & 0xFF) -
+                      static_cast<int>((static_cast<std::uint32_t>(b) >> shift) & 0xFF);
+        sum += d * d;
     }
+    return sum;
+}
+
+int NearestPaletteIndex(irc::Colour colour) {
+    int best = 0;
+    for (int i = 1; i < 16; ++i)
+        if (Distance(colour, irc::PaletteColour(i)) < Distance(colour, irc::PaletteColour(best))) best = i;
+    return best;
+}
+
+std::string AnsiRun(const irc::PaneRun& run) {
+    std::string out = "\x1b[0";
+    if (run.Bold) out += ";1";
+    if (run.Underline) out += ";4";
+    if (const int fore = AnsiForeground(run.Foreground); fore != 39) out += ";" + std::to_string(fore);
+    if (run.Background && (static_cast<std::uint32_t>(*run.Background) & 0xFFFFFFu) != kPaneBackColour)
+        out += ";" + std::to_string(kPaletteAnsi[static_cast<std::size_t>(NearestPaletteIndex(*run.Background))] + 10);
+    out += 'm';
+    return out + PrintableUtf8(run.Text);
 }
 
 } // namespace
 
-std::string RenderAnsi(const irc::PaneLine& line) {
-    std::string out;
-    for (const irc::PaneRun& run : line.Runs) {
-        out += "\x1b[0";
-        if (run.Bold) out += ";1";
-        if (run.Underline) out += ";4";
-        out += ";38;2;" + Rgb(run.Foreground);
-        if (run.Background) out += ";48;2;" + Rgb(*run.Background);
-        out += 'm';
-        AppendUtf8(out, run.Text);
+OutputStyle ChooseOutputStyle(ColorChoice choice, bool raw, bool terminal, bool noColor) {
+    if (raw) return OutputStyle::Raw;
+    switch (choice) {
+    case ColorChoice::Always:
+        return OutputStyle::Ansi;
+    case ColorChoice::Never:
+        return OutputStyle::Plain;
+    case ColorChoice::Auto:
+        break;
     }
-    out += "\x1b[0m";
+    return terminal && !noColor ? OutputStyle::Ansi : OutputStyle::Plain;
+}
+
+std::string PrintableUtf8(std::string_view windows1252) {
+    std::string out;
+    out.reserve(windows1252.size());
+    for (const char c : windows1252) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte == '\t')
+            out += ' ';
+        else if (byte < 0x20 || byte == 0x7F)
+            continue;
+        else if (byte >= 0x80 && byte < 0xA0)
+            AppendCodePoint(out, kWindows1252High[byte - 0x80] != 0 ? kWindows1252High[byte - 0x80] : 0xFFFD);
+        else
+            AppendCodePoint(out, byte);
+    }
     return out;
+}
+
+int AnsiForeground(irc::Colour colour) {
+    const auto value = static_cast<irc::Colour>(static_cast<std::uint32_t>(colour) & 0xFFFFFFu);
+    if (value == kPaneTextColour) return 39;
+    return kPaletteAnsi[static_cast<std::size_t>(NearestPaletteIndex(value))];
+}
+
+std::string RenderPaneLine(const irc::PaneLine& line, OutputStyle style) {
+    switch (style) {
+    case OutputStyle::Raw:
+        return line.Raw;
+    case OutputStyle::Plain:
+        return PrintableUtf8(line.PlainText());
+    case OutputStyle::Ansi:
+        break;
+    }
+    std::string out;
+    for (const irc::PaneRun& run : line.Runs)
+        out += AnsiRun(run);
+    return line.Runs.empty() ? out : out + "\x1b[0m";
 }
 
 } // namespace tallybot::app

@@ -9,10 +9,18 @@
 namespace tallybot::app {
 
 void MainLogic::ParseReply(int engineId, std::string_view reply) {
-    query::ParseEngineReply(engineId, reply, m_game, m_settings.Profiles.Active());
-    // The parsers' team-score reset also resets the scores match reporting remembers.
-    if (m_game.TeamScoreResets != m_teamScoreResets) {
-        m_teamScoreResets = m_game.TeamScoreResets;
+    const profiles::GameProfile& profile = m_settings.Profiles.Active();
+    m_game.GameColoursToIrc = m_settings.Extras.GameColoursToIrc == 1;
+    query::ParseEngineReply(engineId, reply, m_game, profile);
+    // The parsers' team-score reset also resets the scores match reporting remembers, but only
+    // for empty teams or a new match: several engines reset on every reply, and a reply with the
+    // same sums must not count as a rise, nor may a standing correction be reported.
+    if (m_game.TeamScoreResets == m_teamScoreResets) return;
+    m_teamScoreResets = m_game.TeamScoreResets;
+    const query::TeamSums sums = query::PlayerTeamSums(m_game, profile.Scoring);
+    const bool nothingScored = sums.Red == 0 && sums.Blue == 0;
+    const bool noCorrection = m_game.TeamScoreRed == 0 && m_game.TeamScoreBlue == 0;
+    if (nothingScored && noCorrection) {
         m_reportState.PrevScoreRed = 0;
         m_reportState.PrevScoreBlue = 0;
         m_reportState.LastPostedRed = 0;

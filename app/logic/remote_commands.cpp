@@ -54,6 +54,9 @@ void MainLogic::HandleRemote(const std::string& command) {
             m_query.cmdGamQuery_Click();
         } else if (word == "DisGam") {
             if (conn == 2 || conn == 3) m_query.cmdGamQuery_Click();
+        } else {
+            // Any other word does nothing; the log says what arrived.
+            m_log->Log("frmMain", "HandleRemote", 0, "Unknown remote command ignored: " + command);
         }
     });
 }

@@ -1,8 +1,7 @@
 #include "app/qt/headless_runner.h"
 
-#include "app/logic/pane_text.h"
-
 #include <csignal>
+#include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -22,32 +21,25 @@ extern "C" void OnTerminationSignal(int) {
 
 } // namespace
 
-HeadlessRunner::HeadlessRunner(AppRuntime& runtime, bool ansi, std::FILE* out, QObject* parent)
-    : QObject(parent), m_runtime(runtime), m_ansi(ansi), m_out(out) {
-    m_runtime.Logic().Irc().View().PaneLineAdded = [this](const irc::PaneLine& line) {
-        const std::string text = m_ansi ? RenderAnsi(line) : line.Raw;
-        std::fwrite(text.data(), 1, text.size(), m_out);
-        std::fputc('\n', m_out);
-        std::fflush(m_out);
+HeadlessRunner::HeadlessRunner(AppRuntime& runtime, OutputStyle style, std::FILE* out, QObject* parent)
+    : QObject(parent), m_runtime(runtime), m_output(style, out) {
+    irc::IrcView& pane = m_runtime.Logic().Irc().View();
+    pane.PaneLineAdded = [this](const irc::PaneLine& line) { m_output.PrintPaneLine(line); };
+    pane.OwnLineSent = [this](const std::string& target, const std::string& text) {
+        m_output.PrintOwnLine(target, text);
     };
     // ShowErrorNumerics: the server's refusals (a bad user name, a banned host) on standard error.
-    m_runtime.Logic().Irc().View().ServerErrorShown = [](int numeric, const std::string& text) {
+    pane.ServerErrorShown = [](int numeric, const std::string& text) {
         std::fprintf(stderr, "IRC server error %d: %s\n", numeric, text.c_str());
         std::fflush(stderr);
     };
-    // Without a window the query status label is the one thing an operator cannot see: it goes
-    // to standard error whenever it changes.
-    connect(&m_runtime, &AppRuntime::ViewChanged, this, [this] {
-        const std::string& status = m_runtime.Logic().View().Query.lblQueryStatusCaption;
-        if (status == m_shownStatus) return;
-        m_shownStatus = status;
-        std::fprintf(stderr, "Game server: %s\n", status.c_str());
-        std::fflush(stderr);
-    });
+    connect(&m_runtime, &AppRuntime::ViewChanged, this,
+            [this] { m_output.PrintViewChanges(m_runtime.Logic().View()); });
 }
 
 HeadlessRunner::~HeadlessRunner() {
     m_runtime.Logic().Irc().View().PaneLineAdded = nullptr;
+    m_runtime.Logic().Irc().View().OwnLineSent = nullptr;
     m_runtime.Logic().Irc().View().ServerErrorShown = nullptr;
 }
 

@@ -3,6 +3,7 @@
 // query start from the first history entries, and SIGINT/SIGTERM run the normal shutdown.
 
 #include "app/qt/app_runtime.h"
+#include "app/qt/headless_output.h"
 
 #include <cstdio>
 #include <memory>
@@ -16,9 +17,8 @@ namespace tallybot::app {
 class HeadlessRunner final : public QObject {
     Q_OBJECT
 public:
-    // ansi: render IRC colours as terminal colours; otherwise lines are written as the pane holds
-    // them, control characters included.
-    HeadlessRunner(AppRuntime& runtime, bool ansi, std::FILE* out = stdout, QObject* parent = nullptr);
+    // style: terminal colours, plain UTF-8 or the pane's bytes (pane_text.h).
+    HeadlessRunner(AppRuntime& runtime, OutputStyle style, std::FILE* out = stdout, QObject* parent = nullptr);
     ~HeadlessRunner() override;
 
     // Routes SIGINT and SIGTERM to this runner; call once, before Start.
@@ -30,10 +30,8 @@ private:
     void OnSignal();
 
     AppRuntime& m_runtime;
-    bool m_ansi;
-    std::FILE* m_out;
+    HeadlessOutput m_output;
     std::unique_ptr<QSocketNotifier> m_signals;
-    std::string m_shownStatus = "OFFLINE";
 };
 
 } // namespace tallybot::app

@@ -2,6 +2,7 @@
 
 #include "app/qt/remote_server.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <vector>
 
@@ -16,10 +17,16 @@ std::string Env(const char* name) {
     return value ? value : "";
 }
 
-// Where the shipped profiles may be, installed or in a build tree.
+// Where the shipped profiles may be: installed beside bin/ (cmake --install, the .deb), in a build
+// tree's bin/Profiles, under the prefix this build installs to, or in the source tree.
 std::vector<std::string> ProfileSources(const std::string& programFolder) {
-    return {programFolder + "/../share/tallybot/Profiles", programFolder + "/profiles",
-            programFolder + "/../../profiles/default", programFolder + "/../../../profiles/default"};
+    return {programFolder + "/../share/tallybot/Profiles",
+            programFolder + "/Profiles",
+            std::string(TALLYBOT_INSTALL_PREFIX) + "/share/tallybot/Profiles",
+            "/usr/local/share/tallybot/Profiles",
+            "/usr/share/tallybot/Profiles",
+            programFolder + "/../../profiles/default",
+            programFolder + "/../../../profiles/default"};
 }
 
 } // namespace
@@ -45,6 +52,16 @@ StartupOptions PrepareStartup(const CommandLine& line, const ProgramPlace& place
     options.facts = base::CollectSystemFacts();
     options.commandLine = line.command;
     return options;
+}
+
+void WarnWhenNoProfiles(MainLogic& logic) {
+    if (logic.Settings().Profiles.ProfileCount > 0) return;
+    const std::string text = "No game profile in " + logic.Settings().AppPath +
+                             "Profiles/: nothing is reported for a match until a profile is there "
+                             "(the shipped ones are in share/tallybot/Profiles of the installation)";
+    if (logic.Log() != nullptr) logic.Log()->Log("modMain", "Main", 0, text);
+    std::fprintf(stderr, "tallybot: warning: %s\n", text.c_str());
+    std::fflush(stderr);
 }
 
 } // namespace tallybot::app

@@ -24,4 +24,7 @@ std::optional<int> DeliverToRunning(const CommandLine& line, const ProgramPlace&
 // Creates the home folder (profiles copied on first use) and fills the start-up options.
 StartupOptions PrepareStartup(const CommandLine& line, const ProgramPlace& place, base::OperatorShell& shell);
 
+// After start-up: a home without any profile reports no match; said on standard error and in the log.
+void WarnWhenNoProfiles(MainLogic& logic);
+
 } // namespace tallybot::app

@@ -10,16 +10,31 @@
 
 namespace tallybot::app {
 
+namespace {
+
+// sun_path holds 108 bytes with the closing zero; Qt binds first in a temporary folder beside the
+// socket, whose name is 9 bytes longer.
+constexpr qsizetype kMaxSocketPath = 96;
+
+} // namespace
+
 RemoteServer::RemoteServer(Handler handler, QObject* parent) : QObject(parent), m_handler(std::move(handler)) {
     connect(&m_server, &QLocalServer::newConnection, this, &RemoteServer::OnNewConnection);
 }
 
 QString RemoteServer::ChannelName(const QString& homeFolder) {
-    // The canonical path keeps "home" and "home/." on one channel; the user id keeps users apart.
+    // The canonical path keeps "home" and "home/." on one channel.
     const QString canonical =
         QDir(homeFolder).canonicalPath().isEmpty() ? QDir(homeFolder).absolutePath() : QDir(homeFolder).canonicalPath();
+    // In the home itself: one channel per home, as private as the home, and outside /tmp so that a
+    // service may run with a private /tmp and still be reached by `tallybot --send`.
+    const QString inHome = canonical + QStringLiteral("/.tallybot-remote");
+    if (inHome.toLocal8Bit().size() < kMaxSocketPath) return inHome;
+    // A home too deep for a socket path: the user's runtime folder, else the temporary folder.
     const QByteArray hash = QCryptographicHash::hash(canonical.toUtf8(), QCryptographicHash::Sha256).toHex().left(16);
-    return QStringLiteral("tallybot-%1-%2").arg(getuid()).arg(QString::fromLatin1(hash));
+    const QString name = QStringLiteral("tallybot-%1-%2").arg(getuid()).arg(QString::fromLatin1(hash));
+    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    return runtimeFolder.isEmpty() ? name : runtimeFolder + QLatin1Char('/') + name;
 }
 
 bool RemoteServer::Listen(const QString& homeFolder) {

@@ -1,13 +1,14 @@
 #pragma once
-// The remote-control channel: a local socket per home folder, reachable by the same user only.
+// The remote-control channel: a local socket in the home folder (or, for a very long path, in
+// $XDG_RUNTIME_DIR), reachable by the same user only.
 // Another `tallybot --send` (or a second instance) delivers one command to the running instance.
+
+#include <functional>
+#include <string>
 
 #include <QLocalServer>
 #include <QObject>
 #include <QString>
-
-#include <functional>
-#include <string>
 
 namespace tallybot::app {
 
@@ -22,6 +23,7 @@ public:
     bool Listen(const QString& homeFolder);
     // Delivers a command to the instance of that home folder; false when none listens.
     static bool Send(const QString& homeFolder, const std::string& command, int timeoutMs = 2000);
+    // The socket's full path (a bare name only when neither place can hold it).
     static QString ChannelName(const QString& homeFolder);
 
 private:

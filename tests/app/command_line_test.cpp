@@ -14,8 +14,10 @@ struct CommandLineCase {
     CommandLine expected;
 };
 
-CommandLine Line(std::string home, bool headless, bool send, std::string command, std::string error = {}) {
+CommandLine Line(std::string home, bool headless, bool send, std::string command, std::string error = {},
+                 void (*more)(CommandLine&) = nullptr) {
     CommandLine line;
+    if (more) more(line);
     line.home = std::move(home);
     line.headless = headless;
     line.send = send;
@@ -35,9 +37,31 @@ TEST(CommandLineTest, ParsesEveryForm) {
         {{"--send"}, Line("", false, true, "", "--send needs a command such as DisGam")},
         {{"--home"}, Line("", false, false, "", "--home needs a folder")},
         {{"--frobnicate"}, Line("", false, false, "", "unknown option --frobnicate")},
+        {{"-x"}, Line("", false, false, "", "unknown option -x")},
+        {{"--send", "Hello"},
+         Line("", false, true, "Hello", "unknown command Hello (ConIRC, DisIRC, ConGam or DisGam)")},
+        {{"Hello"}, Line("", false, false, "Hello")}, // the running instance logs and ignores it
+        {{"-V"}, Line("", false, false, "", {}, [](CommandLine& l) { l.version = true; })},
+        {{"-v"}, Line("", false, false, "", {}, [](CommandLine& l) { l.version = true; })},
+        {{"-h"}, Line("", false, false, "", {}, [](CommandLine& l) { l.help = true; })},
+        {{"--headless", "--color=never", "--raw"},
+         Line("", true, false, "", {}, [](CommandLine& l) { l.color = ColorChoice::Never, l.raw = true; })},
+        {{"--color", "always"}, Line("", false, false, "", {}, [](CommandLine& l) { l.color = ColorChoice::Always; })},
+        {{"--color=sometimes"}, Line("", false, false, "", "--color needs auto, always or never")},
     };
     for (const auto& c : cases)
         EXPECT_EQ(ParseCommandLine(c.args), c.expected) << ::testing::PrintToString(c.args);
+}
+
+TEST(CommandLineTest, WindowOnlyWhereQtFindsADisplay) {
+    // DISPLAY, WAYLAND_DISPLAY, QT_QPA_PLATFORM -> a window can open
+    const std::vector<std::tuple<const char*, const char*, const char*, bool>> cases = {
+        {"", "", "", false},          {":0", "", "", true},           {"", "wayland-0", "", true},
+        {"", "", "offscreen", true},  {"", "", "xcb", false},         {":1", "", "xcb:nograb", true},
+        {":1", "", "wayland", false}, {"", "", "wayland;xcb", false}, {"", "w-0", "wayland-egl;xcb", true},
+    };
+    for (const auto& [display, wayland, platform, expected] : cases)
+        EXPECT_EQ(CanOpenWindow(display, wayland, platform), expected) << display << "|" << wayland << "|" << platform;
 }
 
 TEST(CommandLineTest, HomeFolderChoice) {

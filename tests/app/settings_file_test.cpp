@@ -1,6 +1,7 @@
 #include "app/app_settings.h"
 #include "app/settings_file.h"
 #include "base/escape_marks.h"
+#include "tests/support/fixture_file.h"
 #include "tests/support/temp_folder.h"
 
 #include <cstdlib>
@@ -21,9 +22,7 @@ const std::string kBold = "\x02";
 const std::string kMarkBold = "\247\2471\247\247"; // octal \247 is the mark byte 0xA7
 
 std::string GoldenDefaults() {
-    const char* source = std::getenv("TALLYBOT_SOURCE_DIR");
-    std::string root = source ? source : ".";
-    return ReadBytes(root + "/tests/data/settings/default.ini");
+    return tallybot::test::ReadFixture("settings/default.ini");
 }
 
 AppSettings LoadFrom(const TempFolder& folder) {
@@ -65,12 +64,22 @@ TEST(SettingsFile, DefaultsMissingFileAndGoldenFileAllSaveAsTheGoldenFile) {
     EXPECT_EQ(SaveAndRead(settings, other), golden);
 }
 
+// Every key read back as written: a file whose every value differs from the default survives a
+// load and a save byte for byte.
+TEST(SettingsFile, EveryKeyIsReadAndWrittenBack) {
+    const std::string custom = tallybot::test::ReadFixture("settings/custom.ini");
+    TempFolder folder, other;
+    WriteBytes(folder.File("Tallybot.ini"), custom);
+    AppSettings settings = LoadFrom(folder);
+    EXPECT_EQ(SaveAndRead(settings, other), custom);
+}
+
 // A new home is written with the values today's servers need; an existing file without the key
 // keeps the classic behaviour.
 TEST(SettingsFile, NewHomeGetsPresentDayExtrasAndAnOldFileKeepsTheClassicOnes) {
-    const char* presentDay[] = {"ModernQuake3=1\r\n", "UserFromIdent=1\r\n",       "ShowErrorNumerics=1\r\n",
-                                "JoinAfter422=1\r\n", "TrailingAfterPrefix=1\r\n", "NickFrom001=1\r\n",
-                                "QueryRetry=1\r\n"};
+    const char* presentDay[] = {"ModernQuake3=1\r\n",      "TwoDigitColours=1\r\n", "UserFromIdent=1\r\n",
+                                "ShowErrorNumerics=1\r\n", "JoinAfter422=1\r\n",    "TrailingAfterPrefix=1\r\n",
+                                "NickFrom001=1\r\n",       "QueryRetry=1\r\n"};
     TempFolder fresh;
     AppSettings settings = LoadFrom(fresh);
     const std::string written = SaveAndRead(settings, fresh);

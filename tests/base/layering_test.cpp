@@ -2,6 +2,8 @@
 // above it, the application, the window module on top. Each row names a folder and what its files
 // must never include.
 
+#include "tests/support/fixture_file.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -15,11 +17,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-fs::path SourceRoot() {
-    const char* env = std::getenv("TALLYBOT_SOURCE_DIR");
-    return env ? fs::path(env) : fs::path(__FILE__).parent_path().parent_path().parent_path();
-}
 
 struct LayerRule {
     const char* folder;                  // relative to the source root
@@ -70,7 +67,7 @@ bool Skipped(const fs::path& relative, const LayerRule& rule) {
 
 std::vector<std::string> Violations(const LayerRule& rule) {
     std::vector<std::string> found;
-    const fs::path root = SourceRoot();
+    const fs::path root = tallybot::test::SourceRoot();
     for (const auto& entry : fs::recursive_directory_iterator(root / rule.folder)) {
         const auto ext = entry.path().extension();
         if (!entry.is_regular_file() || (ext != ".h" && ext != ".cpp")) continue;

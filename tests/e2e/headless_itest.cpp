@@ -1,11 +1,13 @@
 // The whole program without a window: `tallybot --headless` with its own home folder, a real
 // ngircd, the game-server simulator and a user in the channel who reads what the bot posts.
 #include "tests/e2e/tallybot_process.h"
+#include "tests/support/fixture_file.h"
 #include "tests/support/gamesim_process.h"
 #include "tests/support/irc_test_client.h"
 #include "tests/support/ngircd_server.h"
 #include "tests/support/temp_folder.h"
 
+#include <algorithm>
 #include <set>
 #include <sstream>
 
@@ -69,6 +71,32 @@ std::string Coloured(const std::string& pattern) {
     return text;
 }
 
+// A pattern for the bot's channel line that begins with the text ("{10}": colour code 3 and "10").
+std::string ChannelLine(const std::string& channel, const std::string& start) {
+    return "^:Tallybot!\\S+ PRIVMSG " + RegexQuote(channel) + " :" + RegexQuote(Coloured(start));
+}
+
+// The bot's lines in a channel, in the order they arrived.
+std::vector<std::string> ChannelTranscript(const std::vector<std::string>& lines, const std::string& channel) {
+    const QRegularExpression said("^:Tallybot!\\S+ PRIVMSG " +
+                                  QRegularExpression::escape(QString::fromStdString(channel)) + " :");
+    std::vector<std::string> transcript;
+    for (const std::string& line : lines) {
+        const auto match = said.match(QString::fromLatin1(line.data(), static_cast<qsizetype>(line.size())));
+        if (match.hasMatch()) transcript.push_back(line.substr(static_cast<std::size_t>(match.capturedLength())));
+    }
+    return transcript;
+}
+
+// An expected transcript under tests/data: one line each, "#" lines left out, "{NN}" as colour codes.
+std::vector<std::string> ExpectedTranscript(const std::string& file) {
+    std::istringstream in(tallybot::test::ReadFixture(file));
+    std::vector<std::string> transcript;
+    for (std::string line; std::getline(in, line);)
+        if (!line.starts_with("#")) transcript.push_back(Coloured(line));
+    return transcript;
+}
+
 // The keys of an INI text, as "Section/Key".
 std::set<std::string> Keys(const std::string& ini) {
     std::set<std::string> keys;
@@ -99,14 +127,6 @@ protected:
         homeArg = QString::fromStdString(home.File(""));
     }
 
-    // Waits for one channel line of the bot, byte for byte; "{10}" stands for colour code 3 and "10".
-    void ExpectPost(const std::string& channel, const std::string& pattern, std::chrono::milliseconds deadline = 10s) {
-        const std::string text = Coloured(pattern);
-        const auto line =
-            alice.WaitForLine("^:Tallybot!\\S+ PRIVMSG " + channel + " :" + RegexQuote(text) + "$", deadline);
-        EXPECT_TRUE(line) << "missing: " << text << "\n" << alice.Transcript() << bot.Transcript();
-    }
-
     NgircdServer ircd;
     IrcTestClient alice{"alice"};
     TempFolder home;
@@ -120,35 +140,25 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
     // and, being longer than six characters, lets "ConGam" name a new server later.
     ASSERT_TRUE(bot.Start({"--home", homeArg, "--headless", "DisGam:now"}));
     ASSERT_TRUE(alice.WaitForLine(R"(^:Tallybot!\S+ JOIN :?#test$)")) << bot.Transcript();
-    ASSERT_TRUE(bot.Err.WaitFor("^Game server: OFFLINE$")) << bot.Transcript();
+    ASSERT_TRUE(bot.Out.WaitFor("^Game server: OFFLINE$")) << bot.Transcript();
 
     ASSERT_TRUE(sim.Start("Q3", kMatchScript)) << sim.Output();
     const std::string server = "127.0.0.1:" + std::to_string(sim.Port());
     ASSERT_EQ(RunTallybot({"--home", homeArg, "--send", QString::fromStdString("ConGam:" + server)}), 0);
-    ASSERT_TRUE(bot.Err.WaitFor("^Game server: ONLINE - Q3$")) << bot.Transcript();
+    ASSERT_TRUE(bot.Out.WaitFor("^Game server: ONLINE - Q3$")) << bot.Transcript();
 
-    // Capture: the short teams post naming the capper.
-    const std::string teams = "{04}Red {10}(P{2} 50{10}){2} 1 {10}:{2} 0 {10}(P{2} 70{10}) {12}Blue";
-    ExpectPost("#test", teams, kMatchDeadline);
-    ExpectPost("#test", "{10}Capped by{2} Alice");
-    ExpectPost("#test", "{10}Map: {2}q3ctf1 {10}, Time left:{2} 11:00");
-    // Timeout called by red, then the resume.
-    ExpectPost("#test", "{10}A {2}Timeout {10}has been called by{2} Red {10}(Map:{2} q3ctf1{10})!", kMatchDeadline);
-    ExpectPost("#test", "{10}The match has been {2}resumed{10}!", kMatchDeadline);
-    // The end with the full teams post.
-    ExpectPost("#test", "{10}The match {10}has {2}ended{10}!", kMatchDeadline);
-    ExpectPost("#test", teams);
-    ExpectPost("#test", "{10}Map: {2}q3ctf1 {10}, Time left:{2} INTERMISSION");
-    ExpectPost("#test", "{04}Alice {10}(S{2} 15{10},P{2} 50{10}) {10}-{12} Bob {10}(S{2} 5{10},P{2} 70{10})");
-    // The next match.
-    ExpectPost("#test", "{10}The {2}match {10}has {2}begun {10}(Map:{2} q3ctf1{10})!", kMatchDeadline);
+    // The match plays out (it ends with the next match beginning); then the channel commands:
+    // answered, refused as spam, refused for another instance.
+    ASSERT_TRUE(alice.WaitForLine(ChannelLine("#test", "{10}The {2}match {10}has {2}begun"), kMatchDeadline))
+        << alice.Transcript() << bot.Transcript();
 
-    // Channel commands: answered, refused as spam, refused for another instance.
+    // A channel line in Windows-1252 with IRC codes, for the check of standard output below.
+    alice.Say("#test", "caf\xE9 \x02ok\x02");
+
     alice.Say("#test", "!ssinfo Tallybot");
-    ExpectPost("#test", "{10}Hostname:{2} Test Arena {10}, Map:{2} q3ctf1 {10}, Players:{2} 2{10} /{2} 16");
+    EXPECT_TRUE(bot.Out.WaitFor("^" + RegexQuote("[SYSTEM] alice requested !ssinfo -> sent.") + "$"));
     alice.Say("#test", "!ssinfo Tallybot");
     alice.Say("#test", "!ssinfo Otherbot");
-    EXPECT_TRUE(bot.Out.WaitFor("^" + RegexQuote("[SYSTEM] alice requested !ssinfo -> sent.") + "$"));
     EXPECT_TRUE(
         bot.Out.WaitFor("^" + RegexQuote("[SYSTEM] alice requested !ssinfo -> ignored (spam protection).") + "$"))
         << bot.Transcript();
@@ -158,13 +168,28 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
 
     // Remote control of the running instance.
     ASSERT_EQ(RunTallybot({"--home", homeArg, "--send", "DisGam"}), 0);
-    EXPECT_TRUE(bot.Err.WaitFor("^Game server: OFFLINE$")) << bot.Transcript();
+    EXPECT_TRUE(bot.Out.WaitFor("^Game server: OFFLINE$")) << bot.Transcript();
     ASSERT_EQ(
         RunTallybot({"--home", homeArg, "--send",
                      QString::fromStdString("ConIRC:127.0.0.1:" + std::to_string(ircd.Port()) + ":#test2:Tallybot2")}),
         0);
     EXPECT_TRUE(alice.WaitForLine(R"(^:Tallybot!\S+ QUIT :)")) << alice.Transcript();
+    // Everything the bot said in #test came before its QUIT: the whole transcript, line for line.
+    EXPECT_EQ(ChannelTranscript(alice.Lines(), "#test"), ExpectedTranscript("e2e/ctf_match.txt"))
+        << alice.Transcript() << bot.Transcript();
     EXPECT_TRUE(alice.WaitForLine(R"(^:Tallybot2!\S+ JOIN :?#test2$)")) << alice.Transcript();
+
+    // Redirected standard output: UTF-8 text without control bytes, holding what a window shows
+    // besides the pane (profile, query state) and the bot's own posts.
+    const std::vector<std::string>& out = bot.Out.Lines();
+    for (const char* expected :
+         {"Profile: Quake3-CTF", "<alice> caf\xC3\xA9 ok", "> Capped by Alice", "> Red (P 50) 1 : 0 (P 70) Blue"})
+        EXPECT_NE(std::find(out.begin(), out.end(), expected), out.end()) << expected << "\n" << bot.Transcript();
+    for (const std::string& line : out) {
+        EXPECT_EQ(QString::fromUtf8(line).toStdString(), line);
+        EXPECT_TRUE(std::none_of(line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }))
+            << line;
+    }
 
     // SIGTERM: the normal shutdown, every key saved, a fresh log with the last entry only.
     bot.Terminate();
@@ -173,9 +198,7 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
     EXPECT_EQ(bot.ExitCode(), 0);
     EXPECT_TRUE(alice.WaitForLine(R"(^:Tallybot2!\S+ QUIT :)")) << alice.Transcript();
     const std::string ini = ReadBytes(home.File("Tallybot.ini"));
-    const std::string defaults =
-        ReadBytes(std::string(std::getenv("TALLYBOT_SOURCE_DIR") ? std::getenv("TALLYBOT_SOURCE_DIR") : ".") +
-                  "/tests/data/settings/default.ini");
+    const std::string defaults = tallybot::test::ReadFixture("settings/default.ini");
     for (const std::string& key : Keys(defaults))
         EXPECT_TRUE(Keys(ini).count(key)) << key;
     EXPECT_NE(ini.find("1Nick=Tallybot\r\n"), std::string::npos);
@@ -184,6 +207,39 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
                     .match(QString::fromLatin1(log.c_str()))
                     .hasMatch())
         << log;
+}
+
+// On a terminal the pane's colours are the 16 standard ANSI colours (the default colour is the
+// terminal's own); with NO_COLOR there is no escape sequence at all.
+TEST_F(HeadlessTest, TerminalShowsSixteenColoursOrNoneWithNoColor) {
+    if (!TallybotProcess::TerminalAvailable()) GTEST_SKIP() << "script(1) is not installed";
+    const QRegularExpression escape("\x1b[^m]*m");
+    const QRegularExpression standard("^\x1b\\[0(;1)?(;4)?(;(3[0-7]|9[0-7]))?(;(4[0-7]|10[0-7]))?m$");
+    for (const bool noColor : {false, true}) {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.remove("NO_COLOR");
+        if (noColor) env.insert("NO_COLOR", "1");
+        TallybotProcess onTerminal;
+        ASSERT_TRUE(onTerminal.StartOnTerminal({"--home", homeArg, "--headless", "DisGam:now"}, env));
+        ASSERT_TRUE(alice.WaitForLine(R"(^:Tallybot!\S+ JOIN :?#test$)")) << onTerminal.Transcript();
+        alice.Say("#test", "\x03"
+                           "04red \x03"
+                           "12,08blue \x02\x1f"
+                           "bold");
+        ASSERT_TRUE(onTerminal.Out.WaitFor("alice.*red.*blue.*bold")) << onTerminal.Transcript();
+        const QString text = QString::fromUtf8(onTerminal.Out.Transcript());
+        int colours = 0;
+        for (auto it = escape.globalMatch(text); it.hasNext();) {
+            const QString sequence = it.next().captured();
+            EXPECT_TRUE(standard.match(sequence).hasMatch()) << sequence.mid(1).toStdString();
+            colours += sequence.contains(";3") || sequence.contains(";9");
+        }
+        EXPECT_EQ(text.count(QChar(0x1b)) == 0, noColor) << onTerminal.Transcript();
+        EXPECT_EQ(colours > 0, !noColor);
+        onTerminal.Terminate();
+        ASSERT_TRUE(alice.WaitForLine(R"(^:Tallybot!\S+ QUIT :)")) << alice.Transcript();
+        ASSERT_TRUE(onTerminal.WaitForExit()) << onTerminal.Transcript();
+    }
 }
 
 TEST(HeadlessSendTest, SendWithoutARunningInstanceFails) {

@@ -74,17 +74,23 @@ TEST(PresentDayHeadless, SilentServerIsProbedAndTheQueryComesBack) {
     TallybotProcess bot;
     ASSERT_TRUE(bot.Start({"--home", QString::fromStdString(home.File("")), "--headless"}));
     ASSERT_TRUE(bot.Err.WaitFor("^Tallybot: Gameserver answers again\\.$", 90s)) << bot.Transcript();
-    ASSERT_TRUE(bot.Err.WaitFor("^Game server: ONLINE - Q3$")) << bot.Transcript();
-    std::vector<std::string> shown;
-    for (const std::string& line : bot.Err.Lines())
-        if (line.rfind("Game server: ", 0) == 0 || line.rfind("Tallybot: ", 0) == 0) shown.push_back(line);
-    EXPECT_EQ(shown, (std::vector<std::string>{"Game server: CONNECTING", "Game server: ONLINE - Q3",
-                                               "Tallybot: Gameserver is not responding. Next probe in 30 s.",
-                                               "Game server: NO REPLY - NEXT PROBE IN 30 s",
-                                               "Tallybot: Gameserver is still not responding. Probing; next probe "
-                                               "in 60 s.",
-                                               "Game server: NO REPLY - PROBING, NEXT IN 60 s",
-                                               "Tallybot: Gameserver answers again.", "Game server: ONLINE - Q3"}))
+    ASSERT_TRUE(bot.Out.WaitFor("^Game server: ONLINE - Q3$")) << bot.Transcript();
+    // The states on standard output, the reasons on standard error.
+    const auto starting = [](const std::vector<std::string>& lines, const std::string& prefix) {
+        std::vector<std::string> kept;
+        for (const std::string& line : lines)
+            if (line.rfind(prefix, 0) == 0) kept.push_back(line);
+        return kept;
+    };
+    EXPECT_EQ(starting(bot.Out.Lines(), "Game server: "),
+              (std::vector<std::string>{"Game server: CONNECTING", "Game server: ONLINE - Q3",
+                                        "Game server: NO REPLY - NEXT PROBE IN 30 s",
+                                        "Game server: NO REPLY - PROBING, NEXT IN 60 s", "Game server: ONLINE - Q3"}))
+        << bot.Transcript();
+    EXPECT_EQ(starting(bot.Err.Lines(), "Tallybot: "),
+              (std::vector<std::string>{"Tallybot: Gameserver is not responding. Next probe in 30 s.",
+                                        "Tallybot: Gameserver is still not responding. Probing; next probe in 60 s.",
+                                        "Tallybot: Gameserver answers again."}))
         << bot.Transcript();
     bot.Terminate();
     EXPECT_TRUE(bot.WaitForExit()) << bot.Transcript();

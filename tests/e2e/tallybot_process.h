@@ -9,6 +9,7 @@
 #include <string>
 
 #include <QProcess>
+#include <QStandardPaths>
 #include <QStringList>
 
 namespace tallybot::e2e {
@@ -33,10 +34,22 @@ public:
         }
     }
 
-    bool Start(const QStringList& arguments) {
+    bool Start(const QStringList& arguments,
+               const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment()) {
+        m_process.setProcessEnvironment(env);
         m_process.start(TallybotBinary(), arguments);
         return m_process.waitForStarted(10000);
     }
+    // On a pseudo-terminal made by script(1), so that standard output is a terminal.
+    bool StartOnTerminal(const QStringList& arguments, const QProcessEnvironment& env) {
+        QString command = TallybotBinary();
+        for (QString argument : arguments)
+            command += " '" + argument.replace("'", "'\\''") + "'";
+        m_process.setProcessEnvironment(env);
+        m_process.start("script", {"-q", "-e", "-c", command, "/dev/null"});
+        return m_process.waitForStarted(10000);
+    }
+    static bool TerminalAvailable() { return !QStandardPaths::findExecutable("script").isEmpty(); }
     void Terminate() { m_process.terminate(); } // SIGTERM
     bool WaitForExit(std::chrono::milliseconds deadline = testsupport::kDefaultDeadline) {
         return testsupport::WaitUntil([this] { return m_process.state() == QProcess::NotRunning; }, deadline);
@@ -52,11 +65,24 @@ private:
     QProcess m_process;
 };
 
-// Runs `tallybot ARGS` to its end and returns its exit code (-1 when it did not finish).
-inline int RunTallybot(const QStringList& arguments) {
+// The environment of a machine without a display: no X11, no Wayland, no Qt platform chosen.
+inline QProcessEnvironment WithoutDisplay() {
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        env.remove(name);
+    return env;
+}
+
+// Runs `tallybot ARGS` to its end and returns its exit code (-1 when it did not finish); its
+// standard error goes to `error` when given.
+inline int RunTallybot(const QStringList& arguments,
+                       const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment(),
+                       std::string* error = nullptr) {
     QProcess process;
+    process.setProcessEnvironment(env);
     process.start(TallybotBinary(), arguments);
     if (!process.waitForFinished(20000)) return -1;
+    if (error) *error = process.readAllStandardError().toStdString();
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
 

@@ -1,7 +1,7 @@
 // DCC SEND offers received through a scripted server, and real transfers from a local sender into a file:
 // declined, fresh, overwriting a shorter file, and the resume handshake for a longer one.
 
-#include "tests/irc/irc_itest_harness.h"
+#include "tests/irc/irc_under_test.h"
 #include "tests/support/dcc_test_sender.h"
 #include "tests/support/fake_irc_server.h"
 

@@ -1,7 +1,7 @@
 // The "Extras" additions against a scripted server, for what ngircd cannot do: SASL PLAIN, and a
 // CTCP flood that must be answered at most five times.
 
-#include "tests/irc/irc_extras_harness.h"
+#include "tests/irc/irc_under_test.h"
 #include "tests/support/fake_irc_server.h"
 
 #include <gtest/gtest.h>
@@ -38,7 +38,7 @@ protected:
     }
 
     FakeIrcServer fake;
-    ExtrasUnderTest irc;
+    IrcUnderTest irc;
 };
 
 TEST_F(ExtrasFake, SaslPlainSucceedsBeforeRegistrationEnds) {

@@ -2,7 +2,7 @@
 // certificate (accepted when pinned, refused when untrusted), reconnect after the server went away,
 // a twelve-line post under paced sending, and UTF-8 text both ways.
 
-#include "tests/irc/irc_extras_harness.h"
+#include "tests/irc/irc_under_test.h"
 #include "tests/support/irc_test_client.h"
 #include "tests/support/ngircd_server.h"
 
@@ -44,7 +44,7 @@ protected:
 
     std::unique_ptr<NgircdServer> server;
     IrcTestClient alice{"alice"};
-    ExtrasUnderTest irc;
+    IrcUnderTest irc;
 };
 
 // A throwaway self-signed certificate for "irc.test.local" and ngircd's [SSL] section on a second port.

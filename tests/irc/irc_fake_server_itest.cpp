@@ -1,7 +1,7 @@
 // The IRC control against a scripted server on 127.0.0.1, for what a real server does not send: lines
 // split across arrivals, 422 instead of 376, ERROR lines; and the ident responder and socket errors.
 
-#include "tests/irc/irc_itest_harness.h"
+#include "tests/irc/irc_under_test.h"
 #include "tests/support/fake_irc_server.h"
 #include "tests/support/irc_test_client.h"
 #include "tests/support/ngircd_server.h"
@@ -155,14 +155,14 @@ TEST_F(FakeServerSession, ErrorLineIsShownAndQuitsThenCloseResetsState) {
     fake.CloseClient();
     ASSERT_TRUE(irc.WaitForStatus(kNotConnected)) << irc.PaneText();
     EXPECT_EQ(irc.Pane().back(), "*** Disconnected");
-    EXPECT_EQ(irc.sockets.ServerState(), kSockClosed);
+    EXPECT_EQ(irc.Socket().ServerState(), kSockClosed);
 }
 
 TEST_F(FakeServerSession, RefusedConnectionIsAServerError) {
     const std::uint16_t closedPort = FreeLoopbackPort();
     irc.ConnectTo("127.0.0.1", closedPort);
     ASSERT_TRUE(irc.WaitForPaneMatch(R"(^\[IRC\] SERVER Error #10061: )")) << irc.PaneText();
-    EXPECT_EQ(irc.sockets.ServerState(), kSockError);
+    EXPECT_EQ(irc.Socket().ServerState(), kSockError);
     EXPECT_EQ(irc.disconnectedEvents, 1);
 }
 
@@ -171,7 +171,7 @@ TEST_F(FakeServerSession, IdentAnswersTheFirstRequestOnly) {
     irc.core.Properties().Ident = true;
     irc.core.Properties().IdentPort = identPort;
     Connect();
-    ASSERT_EQ(irc.sockets.IdentState(), kSockListening);
+    ASSERT_EQ(irc.Socket().IdentState(), kSockListening);
 
     IrcTestClient asker("ident");
     ASSERT_TRUE(asker.Connect("127.0.0.1", identPort));
@@ -183,7 +183,7 @@ TEST_F(FakeServerSession, IdentAnswersTheFirstRequestOnly) {
                     .hasMatch())
         << *reply;
     EXPECT_TRUE(asker.WaitForClose());
-    EXPECT_EQ(irc.sockets.IdentState(), kSockClosed);
+    EXPECT_EQ(irc.Socket().IdentState(), kSockClosed);
 
     IrcTestClient late("late");
     EXPECT_FALSE(late.Connect("127.0.0.1", identPort));
@@ -196,7 +196,7 @@ TEST_F(FakeServerSession, IdentPortTakenIsShownAndRegistrationGoesOn) {
     irc.core.Properties().IdentPort = squatter.serverPort();
     Connect(); // NICK arrived: the server connection did not suffer
     EXPECT_EQ(irc.CountPane("[IRC] IDENT Error #10048: The bound address is already in use"), 1) << irc.PaneText();
-    EXPECT_EQ(irc.sockets.IdentState(), kSockError);
+    EXPECT_EQ(irc.Socket().IdentState(), kSockError);
 }
 
 } // namespace

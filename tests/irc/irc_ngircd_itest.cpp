@@ -1,7 +1,7 @@
 // The IRC control against a real ngircd on 127.0.0.1: registration, the automatic JOIN, channel text,
 // CTCP, notices, a kick with rejoin and the server going away, seen from a second raw client.
 
-#include "tests/irc/irc_itest_harness.h"
+#include "tests/irc/irc_under_test.h"
 #include "tests/support/irc_test_client.h"
 #include "tests/support/ngircd_server.h"
 
@@ -115,7 +115,7 @@ TEST_F(NgircdSession, ServerShutdownEndsTheSession) {
     EXPECT_EQ(irc.core.Properties().Nick, "Tallybot");
     // Nothing can be sent any more, and trying is silent.
     irc.core.SendToChannel("lost");
-    EXPECT_EQ(irc.sockets.ServerState(), kSockClosed);
+    EXPECT_EQ(irc.Socket().ServerState(), kSockClosed);
 }
 
 } // namespace

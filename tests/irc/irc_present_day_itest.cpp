@@ -1,7 +1,7 @@
 // The switches for present-day servers against real ones on 127.0.0.1: an ngircd without a MOTD
 // file (registration ends with 422) and InspIRCd with its own user name checks (468).
 
-#include "tests/irc/irc_itest_harness.h"
+#include "tests/irc/irc_under_test.h"
 #include "tests/support/inspircd_server.h"
 #include "tests/support/irc_test_client.h"
 #include "tests/support/ngircd_server.h"

@@ -88,6 +88,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, DecodeIn,
                                            InCase{"EuroSplitInThree", {"\xE2", "\x82", "\xAC!"}, "\x80!"},
                                            InCase{"Latin1ClientPassesThrough", {"J\xF6rg"}, "J\xF6rg"},
                                            InCase{"NoWindows1252Byte", {"\xE5\xBC\xA0!"}, "?!"},
+                                           InCase{"NoBreakSpaceIsItsByte", {"a\xC2\xA0!"}, "a\xA0!"},
                                            InCase{"OverlongIsNotUtf8", {"\xC0\xAF"}, "\xC0\xAF"},
                                            InCase{"SurrogateIsNotUtf8", {"\xED\xA0\x80"}, "\xED\xA0\x80"}),
                          [](const auto& info) { return std::string(info.param.name); });

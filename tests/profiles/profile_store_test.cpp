@@ -5,6 +5,7 @@
 #include "base/app_log.h"
 #include "profiles/profile_selection.h"
 #include "profiles/profile_store.h"
+#include "tests/support/fixture_file.h"
 #include "tests/support/temp_folder.h"
 
 #include <cstdlib>
@@ -29,11 +30,6 @@ public:
     bool AskYesNo(const std::string&, const std::string&) override { return false; }
     void OpenExternal(const std::string&) override {}
 };
-
-fs::path SourceDir() {
-    const char* dir = std::getenv("TALLYBOT_SOURCE_DIR");
-    return dir ? fs::path(dir) : fs::path(__FILE__).parent_path().parent_path().parent_path();
-}
 
 class ProfileStoreTest : public ::testing::Test {
 protected:
@@ -79,13 +75,13 @@ GameProfile CtfProfile() {
 TEST_F(ProfileStoreTest, SavedProfileMatchesGoldenFileByteForByte) {
     settings.Profiles.Entries[3] = CtfProfile();
     profiles::SaveProfile(settings, "ctf.igp", 3);
-    EXPECT_EQ(ReadBytes(Folder("ctf.igp")), ReadBytes(SourceDir() / "tests/data/profiles/ctf.igp"));
+    EXPECT_EQ(ReadBytes(Folder("ctf.igp")), ReadBytes(tallybot::test::SourceRoot() / "tests/data/profiles/ctf.igp"));
     EXPECT_EQ(settings.Profiles.Entries[3], CtfProfile()); // escaping works on a copy
     EXPECT_EQ(log.ErrorCount(), 0);
 }
 
 TEST_F(ProfileStoreTest, GoldenFileLoadsWithControlCharacters) {
-    fs::copy_file(SourceDir() / "tests/data/profiles/ctf.igp", Folder("ctf.igp"));
+    fs::copy_file(tallybot::test::SourceRoot() / "tests/data/profiles/ctf.igp", Folder("ctf.igp"));
     profiles::LoadAllProfiles(settings);
     ASSERT_EQ(settings.Profiles.ProfileCount, 1);
     EXPECT_EQ(settings.Profiles.Entries[1], CtfProfile());
@@ -114,6 +110,7 @@ TEST_F(ProfileStoreTest, ListingIsSortedAndOnlyTakesProfileFiles) {
     for (const char* name : {"b.igp", "a.igp", "c.IGP", "B.igp", "A.igp", "Ab.igp"})
         AddProfile(name, 2);
     WriteBytes(Folder("notes.txt"), "x");
+    WriteBytes(Folder(".igp"), "x"); // an extension alone names no profile
     fs::create_directories(Folder("dir.igp"));
     EXPECT_EQ(profiles::ListProfiles(settings), 6);
     // Without regard to case, then byte order for names equal but for case.
@@ -180,7 +177,7 @@ TEST_F(ProfileStoreTest, DeletingRemovesTheFileAndAMissingFileIsLogged) {
 
 TEST_F(ProfileStoreTest, ShippedProfilesLoadAndSaveBackUnchanged) {
     int engineZero = 0;
-    for (const auto& entry : fs::directory_iterator(SourceDir() / "profiles/default")) {
+    for (const auto& entry : fs::directory_iterator(tallybot::test::SourceRoot() / "profiles/default")) {
         const std::string name = entry.path().filename().string();
         fs::copy_file(entry.path(), Folder(name));
         profiles::LoadProfile(settings, 1, name);
@@ -196,7 +193,7 @@ TEST_F(ProfileStoreTest, ShippedProfilesLoadAndSaveBackUnchanged) {
 // A profile for a specific game is chosen before a generic one of the same engine: Urban Terror in
 // game type 4 is not Quake 3 CTF, and a Quake 3 mod nobody wrote a profile for gets the default.
 TEST_F(ProfileStoreTest, ShippedProfilesChooseTheGameBeforeTheEngine) {
-    for (const auto& entry : fs::directory_iterator(SourceDir() / "profiles/default"))
+    for (const auto& entry : fs::directory_iterator(tallybot::test::SourceRoot() / "profiles/default"))
         fs::copy_file(entry.path(), Folder(entry.path().filename().string()));
     profiles::LoadAllProfiles(settings);
     const std::tuple<int, const char*, const char*, const char*> cases[] = {

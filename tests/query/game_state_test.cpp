@@ -2,8 +2,11 @@
 
 #include "base/vb_convert.h"
 #include "query/game_state.h"
+#include "query/name_colours.h"
 #include "tests/support/param_name.h"
 #include "tests/support/query_printers.h"
+
+#include <regex>
 
 #include <gtest/gtest.h>
 
@@ -84,26 +87,57 @@ TEST(ExtractStringTest, TakesTheHeadOrTheRest) {
     EXPECT_EQ(bytes, "y\0"s);
 }
 
+// in, ClearName's result, GameColoursToIrc's result ("{04}" stands for code 3 and "04", "|" for
+// the closing reset, code 15).
 struct NameCase {
     std::string in;
     std::string out;
+    std::string irc;
 };
+
+std::string Codes(const std::string& pattern) {
+    return std::regex_replace(std::regex_replace(pattern, std::regex("\\{([0-9]{2})\\}"), "\x03$1"), std::regex("\\|"),
+                              "\x0F");
+}
 
 class ClearNameTest : public ::testing::TestWithParam<NameCase> {};
 
 TEST_P(ClearNameTest, StripsColourCodesAndQuotes) {
     EXPECT_EQ(ClearName(GetParam().in), GetParam().out);
+    EXPECT_EQ(CleanName(GetParam().in, false), GetParam().out);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, ClearNameTest,
-                         ::testing::Values(NameCase{"^1Red^7Name", "RedName"}, NameCase{"^Xff00ffName", "Name"},
-                                           NameCase{"^xZZZZZZName", "Name"}, NameCase{"a^z", "a^z"},
-                                           NameCase{"a^b", "a"}, NameCase{"^Nx^nY^Bz^b", "xYz"},
-                                           NameCase{"\"Quoted ^2One\"", "Quoted One"}, NameCase{"end^", "end^"},
-                                           NameCase{"^^1x", "^x"}, NameCase{"^X12", ""}, NameCase{"ab^Xff", "ab"},
-                                           NameCase{"^\"q", "^q"}, NameCase{"", ""},
-                                           NameCase{"\xE9l\xE8ve\xFF", "\xE9l\xE8ve\xFF"}),
-                         [](const auto& info) { return testsupport::ParamWord(info.param.in); });
+TEST_P(ClearNameTest, GameColoursBecomeTheNearestIrcColoursClosedByAReset) {
+    EXPECT_EQ(GameColoursToIrc(GetParam().in), Codes(GetParam().irc));
+    EXPECT_EQ(CleanName(GetParam().in, true), Codes(GetParam().irc));
+    EXPECT_EQ(WithoutIrcColours(Codes(GetParam().irc)), GetParam().out); // as the window shows it
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ClearNameTest,
+    ::testing::Values(NameCase{"^1Red^7Name", "RedName", "{04}Red{00}Name|"},
+                      NameCase{"^Xff00ffName", "Name", "{13}Name|"}, NameCase{"^xZZZZZZName", "Name", "Name"},
+                      NameCase{"^X1a2b3cT", "T", "{02}T|"}, NameCase{"a^z", "a^z", "a^z"}, NameCase{"a^b", "a", "a"},
+                      NameCase{"^Nx^nY^Bz^b", "xYz", "xYz"},
+                      NameCase{"\"Quoted ^2One\"", "Quoted One", "Quoted {09}One|"}, NameCase{"end^", "end^", "end^"},
+                      NameCase{"^^1x", "^x", "^{04}x|"}, NameCase{"^11337", "1337", "{04}1337|"},
+                      NameCase{"^0a^8b^9c^3d^4e^5f^6g", "abcdefg", "{01}a{07}b{14}c{08}d{12}e{11}f{13}g|"},
+                      NameCase{"^X12", "", ""}, NameCase{"ab^Xff", "ab", "ab"}, NameCase{"^\"q", "^q", "^q"},
+                      NameCase{"", "", ""}, NameCase{"\xE9l\xE8ve\xFF", "\xE9l\xE8ve\xFF", "\xE9l\xE8ve\xFF"}),
+    [](const auto& info) { return testsupport::ParamWord(info.param.in); });
+
+TEST(UnrealColoursTest, ByteTwentySevenAndThreeColourBytesBecomeTheNearestIrcColour) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"\x1B\xFF\x01\x01Red\x1B\x01\x01\xFF"
+         "Blue",
+         "{04}Red{12}Blue|"},
+        {"\x1B\xFF\xFF\xFF\x1B\x80\x80\x80", "{00}{14}|"},
+        {"ab\x1B\x10", "ab"},
+        {"plain ^1", "plain ^1"},
+    };
+    for (const auto& [in, irc] : cases)
+        EXPECT_EQ(UnrealColoursToIrc(in), Codes(irc)) << in;
+}
 
 } // namespace
 } // namespace tallybot::query

@@ -31,7 +31,7 @@ TEST_F(InfoPostsTest, GameServerMissingAnswersWithAnErrorAndIrcMissingWithNothin
     for (Post post : kGatedPosts)
         EXPECT_EQ(Run(post), std::vector{ErrorLine("Not connected to gameserver")});
     EXPECT_EQ(Run(&InfoPosts::mnuPostHelp).size(), 3u);
-    EXPECT_EQ(Run(&InfoPosts::mnuPostAbout).size(), 2u);
+    EXPECT_EQ(Run(&InfoPosts::mnuPostAbout).at(1), E + "Tallybot:" + I + " Game server to IRC match reporter");
 
     settings.ConnState = 2;
     for (Post post : kGatedPosts)
@@ -120,6 +120,13 @@ TEST_F(InfoPostsTest, PlayerListSortsByScoreAndLosesANegativeScoreToAnEmptySlot)
     for (const auto& [name, score] : players)
         AddPlayer(name, score, 0, 1);
     EXPECT_EQ(rep.Posts.FormatPlayerList(false), E + "Players: " + I + "d b c a e ");
+}
+
+TEST_F(InfoPostsTest, APlayerNamedWithDigitsKeepsThemInAClientOnlyWithTwoDigitColours) {
+    AddPlayer("1337", 5, 40, 1);
+    EXPECT_EQ(ShownByClient(Run(&InfoPosts::mnuPostPlayersShort).at(0)), "Players: 337 ");
+    settings.Extras.TwoDigitColours = 1;
+    EXPECT_EQ(ShownByClient(Run(&InfoPosts::mnuPostPlayers).at(0)), "Players: 1337 (S 5,P 40) ");
 }
 
 TEST_F(InfoPostsTest, PlayerListStopsAtThePlayerWhoReaches380Characters) {

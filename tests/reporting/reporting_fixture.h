@@ -7,6 +7,7 @@
 #include "query/game_state.h"
 #include "reporting/reporting.h"
 
+#include <regex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,6 +21,13 @@ inline const std::string E = "\00310";
 inline const std::string I = "\0032";
 inline const std::string Red = "\00304";
 inline const std::string Blue = "\00312";
+
+// What an IRC client shows of a line, by mIRC's colour rule: code 3 takes up to two digits, and a
+// comma with up to two more only when a digit follows it; bold, reset and underline show nothing.
+inline std::string ShownByClient(const std::string& line) {
+    static const std::regex codes("\x03([0-9]{1,2}(,[0-9]{1,2})?)?|[\x02\x0F\x1F]");
+    return std::regex_replace(line, codes, "");
+}
 
 struct FakeChannel : ChannelSink {
     void SendToChannel(const std::string& text) override { lines.push_back(text); }

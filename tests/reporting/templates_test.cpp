@@ -1,7 +1,11 @@
+#include "base/escape_marks.h"
 #include "base/vb_convert.h"
 #include "reporting/templates.h"
 #include "tests/reporting/reporting_fixture.h"
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <limits>
 
 namespace tallybot::reporting::test {
@@ -124,6 +128,66 @@ TEST_F(TemplateTest, ValuesAreExpandedAgainByLaterMarksOnly) {
     game.Status.HostName = "%map% $ec$";
     game.Status.MapName = "%sna%";
     EXPECT_EQ(Expand("%sna%"), "%sna% $ec$");
+}
+
+struct ColourFitCase {
+    const char* text;
+    const char* info; // InfoTextCol
+    const char* classic;
+    const char* fitted;
+};
+
+// "%mpl%" is 16, "%npl%" 2, "%fcb%" kavik.
+const ColourFitCase kColourFitCases[] = {
+    {"$ic$%mpl%", "\0032", "\003216", "\0030216"},
+    {"$ic$ %mpl%", "\0032", "\0032 16", "\0032 16"},
+    {"$ec$%mpl%", "\0032", "\0031016", "\0031016"},
+    {"$ic$7%gna%", "\0032", "\00327osp", "\003027osp"},
+    {"$ic$,$ec$", "\0032", "\0032,\00310", "\00302,\00310"},
+    {"$ic$$ic$%mpl%", "\0032", "\0032\003216", "\0032\0030216"},
+    {"$ic$%fcb%$ic$%npl%", "\0032", "\0032kavik\00322", "\0032kavik\003022"},
+    {"$ic$%mpl%", "\0032,1", "\0032,116", "\0032,0116"},
+    {"$ic$", "\0032", "\0032", "\0032"},
+};
+
+TEST_F(TemplateTest, TwoDigitColoursWidenACodeBeforeADigitOrAComma) {
+    for (const ColourFitCase& c : kColourFitCases) {
+        const ReportingState saved = state;
+        settings.InfoTextCol = c.info;
+        settings.Extras.TwoDigitColours = 0;
+        EXPECT_EQ(Expand(c.text), c.classic) << c.text;
+        state = saved;
+        settings.Extras.TwoDigitColours = 1;
+        EXPECT_EQ(Expand(c.text), c.fitted) << c.text;
+        EXPECT_EQ(Expand(c.text, true), Expand(c.text, true)) << c.text; // previews keep the classic codes
+        state = saved;
+    }
+}
+
+// The shipped profiles' texts read the same in an IRC client with the switch off and on.
+TEST_F(TemplateTest, ShippedProfileTextsNeedNoWidenedColours) {
+    const char* env = std::getenv("TALLYBOT_SOURCE_DIR");
+    const std::filesystem::path root =
+        env ? env : std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
+    int texts = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(root / "profiles" / "default")) {
+        std::ifstream in(entry.path(), std::ios::binary);
+        for (std::string line; std::getline(in, line);) {
+            if (!line.starts_with("Message") || line.find('=') == std::string::npos) continue;
+            std::string text = line.substr(line.find('=') + 1);
+            if (!text.empty() && text.back() == '\r') text.pop_back();
+            base::UnescapeControlCodes(text);
+            const ReportingState saved = state;
+            settings.Extras.TwoDigitColours = 0;
+            const std::string classic = ShownByClient(Expand(text));
+            state = saved;
+            settings.Extras.TwoDigitColours = 1;
+            EXPECT_EQ(classic, ShownByClient(Expand(text))) << entry.path() << ": " << text;
+            state = saved;
+            ++texts;
+        }
+    }
+    EXPECT_GT(texts, 0);
 }
 
 TEST_F(TemplateTest, ProgramErrorsAbandonTheLine) {

@@ -1,7 +1,6 @@
 #include "tests/support/fixture_file.h"
 
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -9,12 +8,13 @@
 
 namespace tallybot::test {
 
-std::string ReadFixture(std::string_view relative) {
-    // CTest passes the source folder; a test run by hand finds it from this file's own path.
+std::filesystem::path SourceRoot() {
     const char* env = std::getenv("TALLYBOT_SOURCE_DIR");
-    std::filesystem::path root =
-        env ? std::filesystem::path(env) : std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
-    std::filesystem::path file = root / "tests" / "data" / std::filesystem::path(std::string(relative));
+    return env ? std::filesystem::path(env) : std::filesystem::path(TALLYBOT_DEFAULT_SOURCE_DIR);
+}
+
+std::string ReadFixture(std::string_view relative) {
+    const std::filesystem::path file = SourceRoot() / "tests" / "data" / std::filesystem::path(std::string(relative));
     std::ifstream in(file, std::ios::binary);
     if (!in) {
         ADD_FAILURE() << "missing fixture " << file;

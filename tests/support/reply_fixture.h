@@ -6,6 +6,7 @@
 //   ExpectPlayers(state.Players, {{"Gordon", 44, 0, 0}, {"Barney", 5, 0, 0}});
 
 #include "query/game_state.h"
+#include "tests/support/fixture_file.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -19,12 +20,7 @@
 namespace tallybot::testsupport {
 
 inline std::string ReadReplyFixture(const std::string& relative) {
-    const char* root = std::getenv("TALLYBOT_SOURCE_DIR");
-    std::filesystem::path base =
-        root ? std::filesystem::path(root) : std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
-    std::ifstream in(base / "tests" / "data" / relative, std::ios::binary);
-    EXPECT_TRUE(in.good()) << "missing fixture " << relative;
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    return test::ReadFixture(relative);
 }
 
 struct PlayerRow {
