@@ -74,6 +74,7 @@ TEST(PresentDayHeadless, SilentServerIsProbedAndTheQueryComesBack) {
     TallybotProcess bot;
     ASSERT_TRUE(bot.Start({"--home", QString::fromStdString(home.File("")), "--headless"}));
     ASSERT_TRUE(bot.Err.WaitFor("^Tallybot: Gameserver answers again\\.$", 90s)) << bot.Transcript();
+    ASSERT_TRUE(bot.Out.WaitFor("^Game server: NO REPLY - PROBING")) << bot.Transcript();
     ASSERT_TRUE(bot.Out.WaitFor("^Game server: ONLINE - Q3$")) << bot.Transcript();
     // The states on standard output, the reasons on standard error.
     const auto starting = [](const std::vector<std::string>& lines, const std::string& prefix) {

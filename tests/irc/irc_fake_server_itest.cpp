@@ -44,14 +44,14 @@ struct RegistrationCase {
     std::string host; // as the operator typed it; a name goes through Qt's lookup
     std::string password;
     std::vector<std::string> expected; // with %h for this machine's host name
-    ServerCompat compat{};
+    int userFromIdent = 0;             // [Extras] UserFromIdent
 };
 
 class Registration : public FakeServerSession, public ::testing::WithParamInterface<RegistrationCase> {};
 
 TEST_P(Registration, SendsPassUserNickInThisShape) {
     irc.core.SetServerPassword(GetParam().password);
-    irc.core.SetCompat(GetParam().compat);
+    irc.extras.UserFromIdent = GetParam().userFromIdent;
     Connect(GetParam().host);
     const std::string host = QHostInfo::localHostName().toStdString();
     std::vector<std::string> expected;
@@ -74,11 +74,8 @@ INSTANTIATE_TEST_SUITE_P(
         RegistrationCase{
             "HostName", "localhost", "", {"USER tallybot@localhost %h localhost : KavikIRC", "NICK Tallybot"}},
         // UserFromIdent: the part before "@", a user name every server accepts.
-        RegistrationCase{"UserFromIdent",
-                         "127.0.0.1",
-                         "",
-                         {"USER tallybot %h 127.0.0.1 : KavikIRC", "NICK Tallybot"},
-                         {true, false, false, false, false}}),
+        RegistrationCase{
+            "UserFromIdent", "127.0.0.1", "", {"USER tallybot %h 127.0.0.1 : KavikIRC", "NICK Tallybot"}, 1}),
     [](const ::testing::TestParamInfo<RegistrationCase>& info) { return info.param.name; });
 
 TEST_F(FakeServerSession, LineSplitAcrossArrivalsIsHandledOnceWhole) {
@@ -124,7 +121,8 @@ TEST_F(FakeServerSession, EndOfMotdJoinsButNoMotdDoesNot) {
 // A new home's switches against a network of today: the nick is taken before 001, there is no
 // MOTD, and hosts are IPv6 addresses.
 TEST_F(FakeServerSession, TakenNickNoMotdAndIpv6HostsWithTodaysSwitches) {
-    irc.core.SetCompat({true, true, true, true, true});
+    base::ExtrasSettings& x = irc.extras; // a new home's switches
+    x.UserFromIdent = x.ShowErrorNumerics = x.JoinAfter422 = x.TrailingAfterPrefix = x.NickFrom001 = 1;
     Connect();
     fake.WriteLine(":irc.fake 433 * Tallybot :Nickname is already in use");
     ASSERT_TRUE(fake.WaitForLine("^NICK Tallybot_$")) << fake.Received().Transcript();

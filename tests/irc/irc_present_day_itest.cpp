@@ -23,7 +23,7 @@ TEST(PresentDayServers, NgircdWithoutMotdIsJoinedOnlyWithJoinAfter422) {
     ASSERT_TRUE(server.Start()) << server.Log();
     IrcUnderTest classic, today;
     today.core.Properties().Nick = "Tallybot2";
-    today.core.SetCompat({false, false, true, false, false}); // JoinAfter422
+    today.extras.JoinAfter422 = 1;
     classic.ConnectTo(server.Host(), server.Port());
     today.ConnectTo(server.Host(), server.Port());
     ASSERT_TRUE(today.WaitForStatus(kJoined)) << today.PaneText();
@@ -39,9 +39,9 @@ TEST(PresentDayServers, InspircdRefusesTheMailAddressAndTheRefusalIsShown) {
     InspircdServer server;
     ASSERT_TRUE(server.Start()) << server.Log();
     IrcUnderTest refused, accepted;
-    refused.core.SetCompat({false, true, false, false, false}); // ShowErrorNumerics
+    refused.extras.ShowErrorNumerics = 1;
     accepted.core.Properties().Nick = "Tallybot2";
-    accepted.core.SetCompat({true, true, false, false, false}); // and UserFromIdent
+    accepted.extras.ShowErrorNumerics = accepted.extras.UserFromIdent = 1;
     refused.ConnectTo(server.Host(), server.Port());
     accepted.ConnectTo(server.Host(), server.Port());
     ASSERT_TRUE(refused.WaitForPane("Your username is not valid")) << refused.PaneText() << server.Log();
