@@ -81,12 +81,18 @@ frmMain::frmMain(MainLogic& logic, desktop::MessageBoxes& boxes, QWidget* parent
 
     BuildMenus();
     BuildTray();
+    // A DCC transfer the operator accepted reports its progress in the status line.
+    m_logic.Irc().Events().DCCTransfer = [this](const std::string& path, std::uint64_t position, std::uint64_t size) {
+        ShowDccProgress(path, position, size);
+    };
     resize(1000, 660);
     setMinimumSize(760, 520);
     Refresh();
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    m_logic.Irc().Events().DCCTransfer = nullptr;
+}
 
 void frmMain::resizeEvent(QResizeEvent* event) {
     QMainWindow::resizeEvent(event);

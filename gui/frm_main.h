@@ -6,6 +6,7 @@
 #include "app/logic/main_view.h"
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -53,6 +54,9 @@ public:
     void cmdCorrectScore_Click();
     void mnuSysOpen_Click();
     void mnuSysQuit_Click();
+
+    // "Receiving NAME: 51,200 of 102,407 bytes", then "Received NAME (102,407 bytes)".
+    void ShowDccProgress(const std::string& path, std::uint64_t position, std::uint64_t size);
 
     const QString& TrayToolTip() const { return m_trayToolTip; }
     desktop::IrcPaneWidget& IrcPane() { return *m_irc; }

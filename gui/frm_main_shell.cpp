@@ -14,8 +14,8 @@
 namespace tallybot::app {
 
 void FrmMainShell::ShowMessage(const std::string& text, const std::string& title) {
-    QMessageBox::information(QApplication::activeWindow(), QString::fromLatin1(title.c_str()),
-                             QString::fromLatin1(text.c_str()));
+    QMessageBox::warning(QApplication::activeWindow(), QString::fromLatin1(title.c_str()),
+                         QString::fromLatin1(text.c_str()));
 }
 
 bool FrmMainShell::AskYesNo(const std::string& text, const std::string& title) {

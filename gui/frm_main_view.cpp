@@ -3,17 +3,20 @@
 #include "app/logic/main_logic.h"
 #include "gui/frm_main.h"
 #include "gui/message_boxes.h"
+#include "irc/dcc_receive.h"
 #include "query/query_cycle.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QStatusBar>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QTreeWidget>
@@ -129,6 +132,16 @@ void frmMain::RefreshMenus() {
         action->setVisible(entry.Visible);
     }
     if (auto* onTop = findChild<QAction*>("mnuExtrasKeepOnTop")) onTop->setChecked(view.KeepOnTop);
+}
+
+void frmMain::ShowDccProgress(const std::string& path, std::uint64_t position, std::uint64_t size) {
+    const QString name = QFileInfo(FromBytes(path)).fileName();
+    const auto count = [](std::uint64_t bytes) {
+        return bytes == 0 ? QString("0") : FromBytes(irc::FormatByteCount(static_cast<double>(bytes)));
+    };
+    statusBar()->showMessage(position >= size
+                                 ? QString("Received %1 (%2 bytes)").arg(name, count(position))
+                                 : QString("Receiving %1: %2 of %3 bytes").arg(name, count(position), count(size)));
 }
 
 void frmMain::ApplyKeepOnTop(bool onTop) {

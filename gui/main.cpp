@@ -7,6 +7,7 @@
 #include "gui/frm_main.h"
 #include "gui/frm_main_shell.h"
 #include "gui/message_boxes.h"
+#include "gui/window_program.h"
 
 #include <cstdio>
 
@@ -19,11 +20,11 @@ using namespace tallybot::app;
 int RunWindow(const CommandLine& line, const ProgramPlace& place) {
     FrmMainShell shell;
     const StartupOptions options = PrepareStartup(line, place, shell);
-    AppRuntime runtime;
-    if (!runtime.Start(options)) std::fprintf(stderr, "tallybot: remote control unavailable for this home\n");
     tallybot::desktop::QtMessageBoxes boxes;
-    frmMain window(runtime.Logic(), boxes);
-    QObject::connect(&runtime, &AppRuntime::ViewChanged, &window, [&window] { window.Refresh(); });
+    WindowProgram program(boxes, DefaultDownloadFolder());
+    if (!program.Start(options)) std::fprintf(stderr, "tallybot: remote control unavailable for this home\n");
+    AppRuntime& runtime = program.Runtime();
+    frmMain& window = program.Window();
     // The window may hide in the tray while a dialog closes: only the window's own close ends the run.
     QApplication::setQuitOnLastWindowClosed(false);
     window.CloseRequested = [&runtime] {
