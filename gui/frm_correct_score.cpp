@@ -7,6 +7,7 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace tallybot::desktop {
@@ -32,6 +33,7 @@ frmCorrectScore::frmCorrectScore(query::GameState& state, std::int32_t& previous
     layout->addLayout(form);
     layout->addWidget(buttons);
     setMinimumWidth(280);
+    MakeDefaultButton(*this, *findChild<QPushButton*>("cmdOK"));
 }
 
 bool frmCorrectScore::cmdOK_Click() {

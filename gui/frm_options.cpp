@@ -49,6 +49,7 @@ frmOptions::frmOptions(app::AppSettings& settings, MessageBoxes& boxes, QWidget*
     layout->addWidget(m_tabs, 1);
     layout->addWidget(buttons);
     resize(620, 480);
+    MakeDefaultButton(*this, *findChild<QPushButton*>("cmdOK"));
     LoadFromRecord();
 }
 

@@ -79,8 +79,11 @@ std::string InfoColourPrefix(int number) {
 void frmOptions::LoadFromRecord() {
     for (const auto& flag : kFlagBoxes)
         findChild<QCheckBox*>(flag.name)->setChecked(m_settings.*flag.load == 1);
-    for (const auto& text : kTextBoxes)
-        findChild<QLineEdit*>(text.name)->setText(FromBytes(m_settings.*text.field));
+    for (const auto& text : kTextBoxes) {
+        auto* box = findChild<QLineEdit*>(text.name);
+        box->setText(FromBytes(m_settings.*text.field));
+        box->setCursorPosition(0); // a long template shows its beginning
+    }
     findChild<QLineEdit*>("txtDefGamPort")->setText(QString::number(m_settings.DefaultPort));
     findChild<QLineEdit*>("txtGamQueryTime")->setText(QString::number(m_settings.QueryTime));
     findChild<QLineEdit*>("txtIRCSendDelay")->setText(QString::number(m_settings.SendDelay));

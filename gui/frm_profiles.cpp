@@ -4,6 +4,7 @@
 #include "gui/box_validation.h"
 #include "gui/frm_modifiers.h"
 #include "gui/message_boxes.h"
+#include "gui/ok_cancel_buttons.h"
 #include "gui/preview_box.h"
 #include "query/game_state.h"
 
@@ -16,6 +17,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTextEdit>
@@ -79,12 +81,29 @@ frmProfiles::frmProfiles(app::AppSettings& settings, MessageBoxes& boxes, QWidge
     layout->addLayout(top, 1);
     layout->addLayout(bottom);
     resize(760, 480);
+    MakeDefaultButton(*this, *closeButton);
 
     connect(newButton, &QPushButton::clicked, this, [this] { NewProfile(); });
     connect(saveButton, &QPushButton::clicked, this, [this] { SaveCurrent(); });
     connect(deleteButton, &QPushButton::clicked, this, [this] { DeleteCurrent(); });
     connect(closeButton, &QPushButton::clicked, this, &QDialog::accept);
-    connect(m_list, &QListWidget::currentRowChanged, this, [this](int row) { ShowProfile(row + 1); });
+    connect(m_list, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (ResolveUnsavedEdits()) {
+            ShowProfile(row + 1);
+        } else {
+            const QSignalBlocker block(m_list);
+            m_list->setCurrentRow(m_index - 1);
+        }
+    });
+    const auto edited = [this] { m_dirty = m_dirty || !m_loading; };
+    for (auto* box : m_tabs->findChildren<QLineEdit*>())
+        connect(box, &QLineEdit::textChanged, this, edited);
+    for (auto* box : m_tabs->findChildren<QCheckBox*>())
+        connect(box, &QCheckBox::toggled, this, edited);
+    for (auto* box : m_tabs->findChildren<QComboBox*>())
+        connect(box, &QComboBox::currentIndexChanged, this, edited);
+    for (auto* box : m_tabs->findChildren<QSpinBox*>())
+        connect(box, &QSpinBox::valueChanged, this, edited);
     Reload({});
 }
 

@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QFocusEvent>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -69,6 +70,21 @@ TEST_F(OptionsFixture, OkStoresTextsNumbersAndFlags) {
 }
 
 // The short-info box lands in AllowServInfo after the server-info box; AllowSServerInfo never moves.
+TEST_F(OptionsFixture, EnterInABoxBesideABrowseButtonPressesOk) {
+    frmOptions dlg(settings, boxes);
+    dlg.show();
+    for (auto* button : dlg.findChildren<QPushButton*>()) // a default "Browse..." would open its dialog
+        ASSERT_EQ(button->isDefault() || button->autoDefault(), button->objectName() == "cmdOK")
+            << button->text().toStdString();
+    dlg.findChild<QTabWidget*>("sstOptions")->setCurrentIndex(2);
+    Box(dlg, "txtLogFolder")->setFocus();
+    Box(dlg, "txtDefGamPort")->setText("27961");
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(Box(dlg, "txtLogFolder"), &enter);
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
+    EXPECT_EQ(settings.DefaultPort, 27961);
+}
+
 TEST_F(OptionsFixture, ShortServerInfoBoxWinsAllowServInfo) {
     for (const bool shortOn : {true, false}) {
         settings.AllowServInfo = 1;
