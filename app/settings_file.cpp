@@ -45,6 +45,8 @@ void LoadExtras(const base::IniFile& ini, base::ExtrasSettings& x) {
     x.IPv6 = ini.GetInt(s, "IPv6", 0);
     x.GameColoursToIrc = ini.GetInt(s, "GameColoursToIrc", 0);
     x.ReportAddress = ini.GetString(s, "ReportAddress", "");
+    x.WinWidth = ini.GetInt(s, "WinWidth", 0);
+    x.WinHeight = ini.GetInt(s, "WinHeight", 0);
 }
 
 void SaveExtras(base::IniFile& ini, const base::ExtrasSettings& x) {
@@ -68,6 +70,8 @@ void SaveExtras(base::IniFile& ini, const base::ExtrasSettings& x) {
     ini.WriteInt(s, "IPv6", x.IPv6);
     ini.WriteInt(s, "GameColoursToIrc", x.GameColoursToIrc);
     ini.WriteString(s, "ReportAddress", x.ReportAddress);
+    ini.WriteInt(s, "WinWidth", x.WinWidth);
+    ini.WriteInt(s, "WinHeight", x.WinHeight);
 }
 
 } // namespace

@@ -26,6 +26,8 @@ struct ExtrasSettings {
     int IPv6 = 0;                        // allow IPv6 addresses for game and IRC servers
     int GameColoursToIrc = 0;            // turn game colour codes in names into IRC colours
     std::string ReportAddress;           // mail address of error reports; empty: no report is offered
+    int WinWidth = 0;                    // main window size, kept with its position; 0: the first size
+    int WinHeight = 0;
 };
 
 } // namespace tallybot::base

@@ -85,8 +85,8 @@ frmMain::frmMain(MainLogic& logic, desktop::MessageBoxes& boxes, QWidget* parent
     m_logic.Irc().Events().DCCTransfer = [this](const std::string& path, std::uint64_t position, std::uint64_t size) {
         ShowDccProgress(path, position, size);
     };
-    resize(1000, 660);
-    setMinimumSize(760, 520);
+    resize(kFirstWidth, kFirstHeight);
+    setMinimumSize(kMinimumWidth, kMinimumHeight);
     Refresh();
 }
 

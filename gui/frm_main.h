@@ -74,6 +74,11 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
+    static constexpr int kFirstWidth = 1000; // the first size, before it is fitted to the screen
+    static constexpr int kFirstHeight = 660;
+    static constexpr int kMinimumWidth = 760;
+    static constexpr int kMinimumHeight = 520;
+
 private:
     void BuildMenus();
     void BuildTray();

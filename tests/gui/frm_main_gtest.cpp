@@ -139,6 +139,7 @@ TEST_F(FrmMainTest, FirstActivationCentresOrRestoresTheStoredState) {
     window->Form_Activate();
     const QRect area = window->screen()->availableGeometry();
     EXPECT_NEAR(window->frameGeometry().center().x(), area.center().x(), 2);
+    EXPECT_TRUE(area.contains(window->frameGeometry())); // the test screen is smaller than the first size
     logic->SetViewObserver({});
     window.reset();
     logic = std::make_unique<app::MainLogic>(transport, clock);
