@@ -7,6 +7,7 @@
 #include "gui/frm_options.h"
 #include "gui/frm_profiles.h"
 #include "gui/message_boxes.h"
+#include "gui/tallybot_icon.h"
 
 #include <functional>
 
@@ -15,7 +16,6 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
-#include <QStyle>
 #include <QSystemTrayIcon>
 #include <QTabWidget>
 
@@ -46,7 +46,9 @@ QMenu* Menu(QWidget* parent, const char* name, const QString& caption) {
 void frmMain::BuildMenus() {
     QMenuBar* bar = menuBar();
     QMenu* file = Menu(this, "mnuFile", "&File");
-    connect(Item(file, "mnuFileQuit", "&Quit"), &QAction::triggered, this, [this] { close(); });
+    auto* quit = Item(file, "mnuFileQuit", "&Quit");
+    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    connect(quit, &QAction::triggered, this, [this] { close(); });
     bar->addMenu(file);
 
     QMenu* extras = Menu(this, "mnuExtras", "E&xtras");
@@ -70,6 +72,7 @@ void frmMain::BuildMenus() {
         auto* sel = profiles->addAction(QString());
         sel->setObjectName(QString("mnuProfileSel(%1)").arg(i));
         sel->setVisible(false);
+        sel->setCheckable(true); // the profile in use carries the check mark
         connect(sel, &QAction::triggered, this, [this, i] {
             m_logic.mnuProfileSel_Click(i);
             Refresh();
@@ -111,7 +114,9 @@ void frmMain::BuildMenus() {
     bar->addMenu(m_postMenu);
 
     QMenu* info = Menu(this, "mnuInfo", "&Info");
-    connect(Item(info, "mnuInfoHelp", "&Help"), &QAction::triggered, this, [this] { mnuInfoHelp_Click(); });
+    auto* help = Item(info, "mnuInfoHelp", "&Help");
+    help->setShortcut(QKeySequence(Qt::Key_F1));
+    connect(help, &QAction::triggered, this, [this] { mnuInfoHelp_Click(); });
     Separator(info, "mnuInfoSeperator");
     connect(Item(info, "mnuInfoAbout", "&About..."), &QAction::triggered, this, [this] { mnuInfoAbout_Click(); });
     bar->addMenu(info);
@@ -123,7 +128,7 @@ void frmMain::BuildTray() {
             [this] { mnuSysOpen_Click(); });
     Separator(m_trayMenu, "mnuSysSeperator");
     connect(Item(m_trayMenu, "mnuSysQuit", "&Quit"), &QAction::triggered, this, [this] { mnuSysQuit_Click(); });
-    m_tray = new QSystemTrayIcon(QApplication::style()->standardIcon(QStyle::SP_ComputerIcon), this);
+    m_tray = new QSystemTrayIcon(desktop::TallybotIcon(), this);
     m_tray->setObjectName("clsSysTray");
     m_tray->setContextMenu(m_trayMenu);
     connect(m_tray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {

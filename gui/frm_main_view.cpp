@@ -136,6 +136,7 @@ void frmMain::RefreshMenus() {
         auto* action = m_profileSel[static_cast<std::size_t>(i)];
         action->setText(FromBytes(entry.Caption));
         action->setVisible(entry.Visible);
+        action->setChecked(i == m_logic.Settings().Profiles.CurrentProfile);
     }
     if (auto* onTop = findChild<QAction*>("mnuExtrasKeepOnTop")) onTop->setChecked(view.KeepOnTop);
 }

@@ -83,8 +83,8 @@ QWidget* frmOptions::BuildIrcPage() {
     auto* layout = new QVBoxLayout(page);
     auto* identity = new QGroupBox("Identity");
     auto* form = new QFormLayout(identity);
-    form->addRow("Ident / e-mail:", Line("txtIRCIdentEmail"));
-    form->addRow("Real name:", Line("txtIRCRealName"));
+    form->addRow("&Ident / e-mail:", Line("txtIRCIdentEmail"));
+    form->addRow("&Real name:", Line("txtIRCRealName"));
     layout->addWidget(identity);
 
     auto* pane = new QGroupBox("Chat pane and connection");
@@ -115,9 +115,9 @@ QWidget* frmOptions::BuildGamePage() {
     auto* layout = new QVBoxLayout(page);
     auto* query = new QGroupBox("Query");
     auto* form = new QFormLayout(query);
-    form->addRow("Default port:", Line("txtDefGamPort"));
-    form->addRow("Query interval (ms):", Line("txtGamQueryTime"));
-    form->addRow("Send delay for answers (s):", Line("txtIRCSendDelay"));
+    form->addRow("Default &port:", Line("txtDefGamPort"));
+    form->addRow("&Query interval (ms):", Line("txtGamQueryTime"));
+    form->addRow("&Send delay for answers (s):", Line("txtIRCSendDelay"));
     form->addRow(Check("chkReconnect", "Restart the query at once after repeated errors"));
     layout->addWidget(query);
 

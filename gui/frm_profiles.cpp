@@ -57,7 +57,9 @@ frmProfiles::frmProfiles(app::AppSettings& settings, MessageBoxes& boxes, QWidge
     m_validator->Watch(findChild<QLineEdit*>("txtIntervalTime"));
 
     auto* left = new QVBoxLayout;
-    left->addWidget(new QLabel("Profiles:"));
+    auto* listLabel = new QLabel("Profi&les:");
+    listLabel->setBuddy(m_list);
+    left->addWidget(listLabel);
     left->addWidget(m_list, 1);
     auto* buttons = new QHBoxLayout;
     auto* newButton = Button("cmdNew", "&New...");
@@ -110,16 +112,16 @@ frmProfiles::frmProfiles(app::AppSettings& settings, MessageBoxes& boxes, QWidge
 QWidget* frmProfiles::BuildGeneralPage() {
     auto* page = new QWidget;
     auto* form = new QFormLayout(page);
-    form->addRow("Description:", Named(new QLineEdit, "txtDescription"));
+    form->addRow("Desc&ription:", Named(new QLineEdit, "txtDescription"));
     auto* engine = Named(new QComboBox, "cmbEngine");
     engine->addItem("Any engine (default profile)");
     for (int id = 1; id <= query::kEngineCount; ++id)
         engine->addItem(FromBytes(query::EngineCode(id)));
     // The list index is the engine id, so the A2S engine sits right after the classic seventeen.
     engine->addItem(QStringLiteral("A2S"));
-    form->addRow("Engine:", engine);
-    form->addRow("Game name:", Named(new QLineEdit, "txtGameName"));
-    form->addRow("Game type:", Named(new QLineEdit, "txtGameType"));
+    form->addRow("&Engine:", engine);
+    form->addRow("&Game name:", Named(new QLineEdit, "txtGameName"));
+    form->addRow("Game &type:", Named(new QLineEdit, "txtGameType"));
     auto* hint = new QLabel("An empty game name or type matches every server of the engine.");
     hint->setWordWrap(true);
     form->addRow(hint);
@@ -171,7 +173,7 @@ QWidget* frmProfiles::BuildScoringPage() {
     auto* scoring = Named(new QSpinBox, "spnScoring");
     scoring->setRange(0, 255);
     form->addRow("Scoring mode (2: flag captures):", scoring);
-    form->addRow("Points per capture:", Named(new QLineEdit, "txtScorePerCap"));
+    form->addRow("&Points per capture:", Named(new QLineEdit, "txtScorePerCap"));
     return page;
 }
 
@@ -181,11 +183,11 @@ QWidget* frmProfiles::BuildPostingPage() {
     form->addRow(Named(new QCheckBox("Post match status messages"), "chkStatusPosting"));
     form->addRow(Named(new QCheckBox("Post every change of the score"), "chkPostScoreChange"));
     form->addRow(Named(new QCheckBox("Post information at intervals"), "chkInterval"));
-    form->addRow("Interval (s):", Named(new QLineEdit, "txtIntervalTime"));
+    form->addRow("&Interval (s):", Named(new QLineEdit, "txtIntervalTime"));
     auto* info = Named(new QComboBox, "cmbIntervalInfo");
     info->addItems({"Server information", "Short server information", "Player information", "Short player information",
                     "Team information", "Short team information", "Custom message"});
-    form->addRow("Interval post:", info);
+    form->addRow("Interval p&ost:", info);
     return page;
 }
 

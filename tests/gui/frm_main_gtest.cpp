@@ -5,6 +5,7 @@
 #include "query/query_cycle.h"
 #include "tests/gui/fake_message_boxes.h"
 #include "tests/logic/logic_fixture.h"
+#include "tests/support/qt_wait.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -16,6 +17,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTreeWidget>
+#include <QValidator>
 
 #include <gtest/gtest.h>
 
@@ -47,6 +49,7 @@ protected:
 
 TEST_F(FrmMainTest, EveryNamedControlAndMenuExists) {
     Open();
+    EXPECT_FALSE(window->windowIcon().pixmap(32, 32).isNull());
     for (const char* name : {"cmbIRCServer", "cmbIRCPort", "cmbIRCChannel", "cmbIRCNick", "cmbGamServer"})
         EXPECT_NE(window->findChild<QComboBox*>(name), nullptr) << name;
     for (const char* name :
@@ -79,12 +82,16 @@ TEST_F(FrmMainTest, ConnectButtonNeedsAllFourIrcBoxes) {
     EXPECT_TRUE(connect->isEnabled());
     Type("cmbIRCPort", "");
     EXPECT_FALSE(connect->isEnabled());
+    QString letters = "66a";
+    int at = 0;
+    EXPECT_EQ(Get<QComboBox>("cmbIRCPort")->lineEdit()->validator()->validate(letters, at), QValidator::Invalid);
 }
 
 TEST_F(FrmMainTest, ConnectingDisablesTheIrcBoxesAndRenamesTheButton) {
     Open(IrcIni());
     EXPECT_EQ(Get<QComboBox>("cmbIRCServer")->currentText(), "irc.test");
-    Get<QPushButton>("cmdIRCConnection")->click();
+    emit Get<QComboBox>("cmbIRCNick")->lineEdit()->returnPressed(); // Enter in a box connects
+    testsupport::ProcessPendingEvents();
     RegisterIrc();
     EXPECT_EQ(Get<QPushButton>("cmdIRCConnection")->text(), "Dis&connect");
     EXPECT_FALSE(Get<QComboBox>("cmbIRCNick")->isEnabled());
@@ -211,6 +218,10 @@ TEST_F(FrmMainTest, PostMenuAndProfileMenuFollowTheView) {
     EXPECT_TRUE(Get<QAction>("mnuProfileSel(1)")->isVisible());
     EXPECT_EQ(Get<QAction>("mnuProfileSel(1)")->text(), "ctf");
     EXPECT_FALSE(Get<QAction>("mnuProfileSel(2)")->isVisible());
+    EXPECT_FALSE(Get<QAction>("mnuProfileSel(1)")->isChecked());
+    logic->Settings().Profiles.CurrentProfile = 1;
+    window->Refresh();
+    EXPECT_TRUE(Get<QAction>("mnuProfileSel(1)")->isChecked());
     logic->View().mnuStatToIRCEnabled = true;
     window->Refresh();
     EXPECT_TRUE(Get<QMenu>("mnuStatToIRC")->isEnabled());
