@@ -7,6 +7,7 @@
 #include "gui/frm_options.h"
 #include "gui/frm_profiles.h"
 #include "gui/message_boxes.h"
+#include "gui/program_documentation.h"
 #include "gui/tallybot_icon.h"
 
 #include <functional>
@@ -172,11 +173,17 @@ void frmMain::mnuInfoAbout_Click() {
 void frmMain::mnuInfoHelp_Click() {
     // The help file sits one folder above the program folder, as it always has.
     const QString file = desktop::FromBytes(m_logic.Settings().AppPath) + "../Guildkit.chm";
-    if (!QFileInfo::exists(file)) {
-        m_boxes.Show(this, "Help", QString("The help file %1 was not found.").arg(QFileInfo(file).absoluteFilePath()));
+    if (QFileInfo::exists(file)) {
+        OpenUrl(QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath()));
         return;
     }
-    OpenUrl(QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath()));
+    // Without it, the program's own documentation.
+    const QString docs = desktop::ProgramDocumentation(QCoreApplication::applicationDirPath());
+    if (!docs.isEmpty()) {
+        OpenUrl(QUrl::fromLocalFile(docs));
+        return;
+    }
+    m_boxes.Show(this, "Help", QString("The help file %1 was not found.").arg(QFileInfo(file).absoluteFilePath()));
 }
 
 void frmMain::cmdAssignPlayers_Click() {

@@ -2,10 +2,13 @@
 // connect button, the query controls, the tray texts, first activation and the correction dialogs.
 #include "gui/frm_main.h"
 #include "gui/irc_pane_widget.h"
+#include "gui/program_documentation.h"
 #include "query/query_cycle.h"
 #include "tests/gui/fake_message_boxes.h"
 #include "tests/logic/logic_fixture.h"
 #include "tests/support/qt_wait.h"
+
+#include <filesystem>
 
 #include <QAction>
 #include <QComboBox>
@@ -225,6 +228,21 @@ TEST_F(FrmMainTest, PostMenuAndProfileMenuFollowTheView) {
     logic->View().mnuStatToIRCEnabled = true;
     window->Refresh();
     EXPECT_TRUE(Get<QMenu>("mnuStatToIRC")->isEnabled());
+}
+
+TEST_F(FrmMainTest, HelpWithoutTheHelpFileOpensTheProgramsDocumentation) {
+    Open();
+    QUrl opened;
+    window->OpenUrl = [&](const QUrl& url) { opened = url; };
+    window->mnuInfoHelp_Click();
+    EXPECT_TRUE(opened.toLocalFile().endsWith("/README.md")) << opened.toString().toStdString();
+    EXPECT_TRUE(boxes.shown.empty());
+    // An installed prefix: bin/ beside share/doc/tallybot/.
+    std::filesystem::create_directories(home.File("bin"));
+    std::filesystem::create_directories(home.File("share/doc/tallybot"));
+    test::WriteBytes(home.File("share/doc/tallybot/README.md"), "# Tallybot\n");
+    EXPECT_EQ(desktop::ProgramDocumentation(QString::fromStdString(home.File("bin"))).toStdString(),
+              home.File("share/doc/tallybot/README.md"));
 }
 
 TEST_F(FrmMainTest, TeamNameBoxesFeedTheTemplates) {
