@@ -3,6 +3,7 @@
 #include "app/app_settings.h"
 #include "gui/box_validation.h"
 #include "gui/colour_boxes.h"
+#include "gui/extras_page.h"
 #include "gui/frm_modifiers.h"
 #include "gui/message_boxes.h"
 #include "gui/ok_cancel_buttons.h"
@@ -39,6 +40,9 @@ frmOptions::frmOptions(app::AppSettings& settings, MessageBoxes& boxes, QWidget*
     m_tabs->addTab(BuildGamePage(), "Game server");
     m_tabs->addTab(BuildCommandsPage(), "Channel commands");
     m_tabs->addTab(BuildOnJoinPage(), "On join");
+    m_extras = new ExtrasPage;
+    m_extras->setObjectName("pagExtras");
+    m_tabs->addTab(m_extras, "Extras");
     for (const char* name :
          {"txtIRCIdentEmail", "txtIRCRealName", "txtDefGamPort", "txtGamQueryTime", "txtIRCSendDelay"})
         m_validator->Watch(findChild<QLineEdit*>(name));

@@ -3,6 +3,7 @@
 #include "base/vb_convert.h"
 #include "gui/box_validation.h"
 #include "gui/colour_boxes.h"
+#include "gui/extras_page.h"
 #include "gui/frm_options.h"
 #include "gui/message_boxes.h"
 #include "gui/preview_box.h"
@@ -11,6 +12,7 @@
 
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QTabWidget>
 
 namespace tallybot::desktop {
 
@@ -89,6 +91,7 @@ void frmOptions::LoadFromRecord() {
     findChild<QLineEdit*>("txtIRCSendDelay")->setText(QString::number(m_settings.SendDelay));
     m_extColour->Choose(ColourNumberOf(m_settings.ExtTextCol));
     m_infoColour->Choose(ColourNumberOf(m_settings.InfoTextCol));
+    m_extras->Load(m_settings.Extras);
     RefreshPreviews();
 }
 
@@ -117,7 +120,13 @@ bool frmOptions::Confirm() {
         m_boxes.Show(this, kOptionsTitle, "The default port is too large.");
         return false;
     }
+    if (const auto refused = m_extras->Check()) {
+        m_tabs->setCurrentWidget(m_extras);
+        m_boxes.Show(this, kOptionsTitle, *refused);
+        return false;
+    }
     StoreToRecord(queryTime, sendDelay, defaultPort);
+    m_extras->Store(m_settings.Extras);
     return true;
 }
 

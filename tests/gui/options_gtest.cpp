@@ -1,14 +1,20 @@
 // The options dialog against the settings record: OK, Cancel, the short-server-info quirk, the
 // number conversions, the colour boxes, the previews, field validation and the placeholder picker.
 #include "app/app_settings.h"
+#include "app/settings_file.h"
 #include "gui/box_validation.h"
+#include "gui/extras_page.h"
 #include "gui/frm_modifiers.h"
 #include "gui/frm_options.h"
 #include "gui/irc_palette.h"
 #include "tests/gui/fake_message_boxes.h"
+#include "tests/support/temp_folder.h"
+
+#include <set>
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -83,6 +89,52 @@ TEST_F(OptionsFixture, EnterInABoxBesideABrowseButtonPressesOk) {
     QApplication::sendEvent(Box(dlg, "txtLogFolder"), &enter);
     EXPECT_EQ(dlg.result(), QDialog::Accepted);
     EXPECT_EQ(settings.DefaultPort, 27961);
+}
+
+TEST_F(OptionsFixture, ExtrasPageHasARowForEveryKeyOfTheSettingsFile) {
+    test::TempFolder home;
+    settings.AppPath = home.Slash();
+    app::SaveSettings(settings);
+    const std::string file = test::ReadBytes(home.File("Tallybot.ini"));
+    std::set<std::string> written;
+    for (auto at = file.find("\n", file.find("[Extras]")); at != std::string::npos && at + 1 < file.size();
+         at = file.find('\n', at + 1))
+        written.insert(file.substr(at + 1, file.find('=', at) - at - 1));
+    std::set<std::string> rows;
+    for (const auto& row : desktop::ExtrasRows())
+        rows.insert(row.key);
+    EXPECT_EQ(rows, written);
+}
+
+TEST_F(OptionsFixture, ExtrasPageRoundTripAndRefusal) {
+    settings.Extras.IrcTls = 1;
+    settings.Extras.IrcEncoding = "UTF-8";
+    settings.Extras.IdentPort = 1113;
+    settings.Extras.IrcPassword = "secret";
+    frmOptions dlg(settings, boxes);
+    EXPECT_TRUE(Check(dlg, "extIrcTls")->isChecked());
+    EXPECT_EQ(dlg.findChild<QComboBox*>("extIrcEncoding")->currentText(), "UTF-8");
+    EXPECT_EQ(Box(dlg, "extIdentPort")->text(), "1113");
+    Check(dlg, "extAutoReconnect")->setChecked(true);
+    Box(dlg, "extIdentPort")->setText("2113");
+    auto* sasl = dlg.findChild<QComboBox*>("extSaslMechanism");
+    sasl->setCurrentIndex(sasl->findData("EXTERNAL"));
+    Box(dlg, "extIrcTlsPinSha256")->setText("not hex");
+    Click(dlg, "cmdOK");
+    EXPECT_NE(dlg.result(), QDialog::Accepted);
+    EXPECT_EQ(boxes.LastText(), "The certificate fingerprint must be 64 hexadecimal digits (colons allowed).");
+    EXPECT_EQ(dlg.findChild<QTabWidget*>("sstOptions")->currentWidget()->objectName(), "pagExtras");
+    EXPECT_EQ(settings.Extras.AutoReconnect, 0);
+    const std::string pin(64, 'a');
+    Box(dlg, "extIrcTlsPinSha256")->setText(QString::fromStdString(pin));
+    Click(dlg, "cmdOK");
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
+    EXPECT_EQ(settings.Extras.AutoReconnect, 1);
+    EXPECT_EQ(settings.Extras.IdentPort, 2113);
+    EXPECT_EQ(settings.Extras.SaslMechanism, "EXTERNAL");
+    EXPECT_EQ(settings.Extras.IrcTlsPinSha256, pin);
+    EXPECT_EQ(settings.Extras.IrcPassword, "secret");
+    EXPECT_EQ(settings.Extras.IrcEncoding, "UTF-8");
 }
 
 TEST_F(OptionsFixture, ShortServerInfoBoxWinsAllowServInfo) {
