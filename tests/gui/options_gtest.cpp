@@ -11,6 +11,7 @@
 #include "tests/support/temp_folder.h"
 
 #include <set>
+#include <sstream>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -96,10 +97,12 @@ TEST_F(OptionsFixture, ExtrasPageHasARowForEveryKeyOfTheSettingsFile) {
     settings.AppPath = home.Slash();
     app::SaveSettings(settings);
     const std::string file = test::ReadBytes(home.File("Tallybot.ini"));
-    std::set<std::string> written;
-    for (auto at = file.find("\n", file.find("[Extras]")); at != std::string::npos && at + 1 < file.size();
-         at = file.find('\n', at + 1))
-        written.insert(file.substr(at + 1, file.find('=', at) - at - 1));
+    std::set<std::string> written; // the keys of [Extras], up to the next blank line
+    std::istringstream lines(file.substr(file.find("[Extras]")));
+    std::string line;
+    std::getline(lines, line);
+    while (std::getline(lines, line) && line.find('=') != std::string::npos)
+        written.insert(line.substr(0, line.find('=')));
     std::set<std::string> rows;
     for (const auto& row : desktop::ExtrasRows())
         rows.insert(row.key);
