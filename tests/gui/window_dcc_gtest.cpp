@@ -28,10 +28,14 @@ protected:
                          "[IRC]\r\n1Server=127.0.0.1\r\n1Port=" + std::to_string(fake.Port()) +
                              "\r\n1Channel=#test\r\n1Nick=Tallybot\r\n"
                              "[Extras]\r\nIdentEnabled=0\r\n");
+    }
+    app::StartupOptions Options() const {
         app::StartupOptions options;
         options.home = home.Slash();
-        program.Start(options);
-        program.Runtime().Logic().cmdIRCConnection_Click();
+        return options;
+    }
+    void ConnectAndOffer(app::MainLogic& logic) {
+        logic.cmdIRCConnection_Click();
         ASSERT_TRUE(fake.WaitForClient());
         ASSERT_TRUE(fake.WaitForLine("^NICK Tallybot$"));
         fake.WriteLine(":bob!b@peer.example PRIVMSG Tallybot :" + sender.Offer("../report.txt"));
@@ -52,6 +56,8 @@ const char* const kAccept = "Accept DCC?|Incoming DCC file request from bob! Do 
 TEST_F(WindowDcc, AcceptedOfferIsSavedInTheChosenFolder) {
     boxes.yesNo = {true};
     boxes.savePaths = {QString::fromStdString(Saved())};
+    program.Start(Options());
+    ConnectAndOffer(program.Runtime().Logic());
     ASSERT_TRUE(sender.WaitForAck(content.size()));
     ASSERT_TRUE(testsupport::WaitUntil([&] { return test::ReadBytes(Saved()) == content; }));
     // The offered name arrives as a plain base name in the folder of the dialog.
@@ -63,6 +69,8 @@ TEST_F(WindowDcc, LongerLocalFileIsResumed) {
     test::WriteBytes(Saved(), content + "more");
     boxes.yesNo = {true, true};
     boxes.savePaths = {QString::fromStdString(Saved())};
+    program.Start(Options());
+    ConnectAndOffer(program.Runtime().Logic());
     ASSERT_TRUE(fake.WaitForLine("^PRIVMSG bob :\001DCC RESUME "));
     EXPECT_EQ(fake.Received().Lines().back(),
               "PRIVMSG bob :\001DCC RESUME ../report.txt " + std::to_string(sender.Port()) + " 70007\001");
@@ -73,10 +81,21 @@ TEST_F(WindowDcc, LongerLocalFileIsResumed) {
 }
 
 TEST_F(WindowDcc, DeclinedOfferSendsTheNotice) {
+    program.Start(Options());
+    ConnectAndOffer(program.Runtime().Logic());
     ASSERT_TRUE(fake.WaitForLine("^NOTICE bob :"));
     EXPECT_EQ(fake.Received().Lines().back(),
               "NOTICE bob :Your DCC request has been declined for ../report.txt (70,003 bytes)");
     EXPECT_EQ(boxes.questions, (std::vector<std::string>{kAccept}));
+    EXPECT_EQ(sender.Connections(), 0);
+}
+
+TEST_F(WindowDcc, WithoutAWindowEveryOfferIsDeclinedUnasked) {
+    app::AppRuntime headless; // as the headless runner builds it
+    headless.Start(Options());
+    ConnectAndOffer(headless.Logic());
+    ASSERT_TRUE(fake.WaitForLine("^NOTICE bob :Your DCC request has been declined for "));
+    EXPECT_TRUE(boxes.questions.empty());
     EXPECT_EQ(sender.Connections(), 0);
 }
 
