@@ -7,6 +7,7 @@
 #include "gui/frm_main.h"
 #include "gui/frm_main_shell.h"
 #include "gui/message_boxes.h"
+#include "gui/tallybot_icon.h"
 #include "gui/window_program.h"
 
 #include <cstdio>
@@ -45,6 +46,7 @@ extern "C" [[gnu::visibility("default")]] int tallybot_window_main(int* argc, ch
     [[maybe_unused]] const WindowMainFunction self = &tallybot_window_main;
     QApplication app(*argc, argv);
     QCoreApplication::setApplicationName("tallybot");
+    QApplication::setWindowIcon(tallybot::desktop::TallybotIcon()); // dialogs and message boxes too
     const ProgramPlace place = LocateProgram(*line);
     if (const auto delivered = DeliverToRunning(*line, place)) return *delivered;
     return RunWindow(*line, place);
