@@ -150,6 +150,7 @@ ExtrasPage::ExtrasPage(QWidget* parent) : QWidget(parent) {
         control->setObjectName(QString("ext") + row.key);
         auto* explanation = new QLabel(row.explanation);
         explanation->setWordWrap(true);
+        if (row.kind == ExtrasKind::Flag) explanation->setIndent(22); // under the caption, not the box
         explanation->setStyleSheet("QLabel { color: palette(placeholder-text); }");
         auto* cell = new QVBoxLayout;
         cell->setSpacing(1);
