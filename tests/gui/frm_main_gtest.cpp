@@ -125,6 +125,10 @@ TEST_F(FrmMainTest, QueryControlsMirrorTheirCaptionsAndColours) {
     }
     Type("cmbGamServer", "");
     EXPECT_FALSE(Get<QPushButton>("cmdGamQuery")->isEnabled());
+    Type("cmbGamServer", "127.0.0.1:27960");
+    emit Get<QComboBox>("cmbGamServer")->lineEdit()->returnPressed(); // Enter in the address starts the query
+    testsupport::ProcessPendingEvents();
+    EXPECT_EQ(logic->Settings().ConnState, 2);
 }
 
 TEST_F(FrmMainTest, TrayTooltipFollowsTheConnectionState) {
