@@ -108,7 +108,7 @@ const std::vector<ExtrasRow>& ExtrasRows() {
         {"GameColoursToIrc", K::Flag, "&Game colours to IRC",
          "Turns colour codes in player and host names into IRC colours instead of removing them.",
          &X::GameColoursToIrc},
-        {"TwoDigitColours", K::Flag, "Two-digit &colour codes",
+        {"TwoDigitColours", K::Flag, "Two-digit co&lour codes",
          "Writes a colour number as two digits where a digit or comma follows, so clients read it as written.",
          &X::TwoDigitColours},
         {"ReportAddress", K::Text, "Error report &mail address",
