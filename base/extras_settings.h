@@ -27,6 +27,8 @@ struct ExtrasSettings {
     int GameColoursToIrc = 0;            // turn game colour codes in names into IRC colours
     int TwoDigitColours = 0;             // colour numbers as two digits where a digit or comma follows
     std::string ReportAddress;           // mail address of error reports; empty: no report is offered
+    int WinWidth = 0;                    // main window size, kept with its position; 0: the first size
+    int WinHeight = 0;
 };
 
 } // namespace tallybot::base
