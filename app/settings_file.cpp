@@ -46,6 +46,8 @@ void LoadExtras(const base::IniFile& ini, base::ExtrasSettings& x) {
     x.GameColoursToIrc = ini.GetInt(s, "GameColoursToIrc", 0);
     x.TwoDigitColours = ini.GetInt(s, "TwoDigitColours", 0);
     x.ReportAddress = ini.GetString(s, "ReportAddress", "");
+    x.WinWidth = ini.GetInt(s, "WinWidth", 0);
+    x.WinHeight = ini.GetInt(s, "WinHeight", 0);
     x.UserFromIdent = ini.GetInt(s, "UserFromIdent", 0);
     x.ShowErrorNumerics = ini.GetInt(s, "ShowErrorNumerics", 0);
     x.JoinAfter422 = ini.GetInt(s, "JoinAfter422", 0);
@@ -76,6 +78,8 @@ void SaveExtras(base::IniFile& ini, const base::ExtrasSettings& x) {
     ini.WriteInt(s, "GameColoursToIrc", x.GameColoursToIrc);
     ini.WriteInt(s, "TwoDigitColours", x.TwoDigitColours);
     ini.WriteString(s, "ReportAddress", x.ReportAddress);
+    ini.WriteInt(s, "WinWidth", x.WinWidth);
+    ini.WriteInt(s, "WinHeight", x.WinHeight);
     ini.WriteInt(s, "UserFromIdent", x.UserFromIdent);
     ini.WriteInt(s, "ShowErrorNumerics", x.ShowErrorNumerics);
     ini.WriteInt(s, "JoinAfter422", x.JoinAfter422);

@@ -27,6 +27,8 @@ struct ExtrasSettings {
     int GameColoursToIrc = 0;            // turn game colour codes in names into IRC colours
     int TwoDigitColours = 0;             // colour numbers as two digits where a digit or comma follows
     std::string ReportAddress;           // mail address of error reports; empty: no report is offered
+    int WinWidth = 0;                    // main window size, kept with its position; 0: the first size
+    int WinHeight = 0;
     int UserFromIdent = 0;               // USER name: the part of IdentEmail before "@"
     int ShowErrorNumerics = 0;           // show every error numeric 400-599 in ErrorColor
     int JoinAfter422 = 0;                // join after "no MOTD" (422) as after 376

@@ -1,6 +1,7 @@
 #include "gui/frm_about.h"
 
 #include "gui/message_boxes.h"
+#include "gui/ok_cancel_buttons.h"
 #include "reporting/templates.h"
 
 #include <QHBoxLayout>
@@ -25,7 +26,6 @@ frmAbout::frmAbout(bool keepOnTop, QWidget* parent) : QDialog(parent) {
     qt->setObjectName("lblQtVersion");
     auto* ok = new QPushButton("OK");
     ok->setObjectName("cmdOK");
-    ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
@@ -37,6 +37,7 @@ frmAbout::frmAbout(bool keepOnTop, QWidget* parent) : QDialog(parent) {
     layout->addStretch();
     layout->addLayout(buttons);
     setFixedSize(400, 200);
+    MakeDefaultButton(*this, *ok);
 }
 
 } // namespace tallybot::desktop

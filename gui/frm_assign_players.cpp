@@ -1,6 +1,7 @@
 #include "gui/frm_assign_players.h"
 
 #include "gui/message_boxes.h"
+#include "gui/ok_cancel_buttons.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -43,8 +44,12 @@ frmAssignPlayers::frmAssignPlayers(query::GameState& state, bool keepOnTop, QWid
     noTeamLayout->addWidget(m_players);
     layout->addWidget(noTeam, 1);
 
-    const char* teamNames[] = {"Red team", "Blue team"};
+    // Each team's buttons sit between "Without team" and that team, so their arrows point where
+    // the players go.
+    auto* teamsColumn = new QVBoxLayout;
+    const char* teamNames[] = {"Red", "Blue"};
     for (int index = 0; index < 2; ++index) {
+        const QString team = teamNames[index];
         auto* buttons = new QVBoxLayout;
         buttons->addStretch();
         const struct {
@@ -52,10 +57,10 @@ frmAssignPlayers::frmAssignPlayers(query::GameState& state, bool keepOnTop, QWid
             QString caption;
             void (frmAssignPlayers::*action)(int);
         } defs[] = {
-            {"cmdAssign", "Add >", &frmAssignPlayers::cmdAssign_Click},
-            {"cmdAssignAll", "Add all >>", &frmAssignPlayers::cmdAssignAll_Click},
-            {"cmdDeAssign", "< Remove", &frmAssignPlayers::cmdDeAssign_Click},
-            {"cmdDeAssignAll", "<< Remove all", &frmAssignPlayers::cmdDeAssignAll_Click},
+            {"cmdAssign", QString("Add to %1 >").arg(team), &frmAssignPlayers::cmdAssign_Click},
+            {"cmdAssignAll", QString("All to %1 >>").arg(team), &frmAssignPlayers::cmdAssignAll_Click},
+            {"cmdDeAssign", QString("< Remove from %1").arg(team), &frmAssignPlayers::cmdDeAssign_Click},
+            {"cmdDeAssignAll", QString("<< All from %1").arg(team), &frmAssignPlayers::cmdDeAssignAll_Click},
         };
         for (const auto& def : defs) {
             auto* button = new QPushButton(def.caption);
@@ -66,19 +71,19 @@ frmAssignPlayers::frmAssignPlayers(query::GameState& state, bool keepOnTop, QWid
         }
         buttons->addStretch();
         m_playTeam[static_cast<std::size_t>(index)] = MakeList(QString("lvwPlayTeam(%1)").arg(index));
-        auto* team = new QGroupBox(teamNames[index]);
-        team->setStyleSheet(index == 0 ? "QGroupBox { color: #b00000; }" : "QGroupBox { color: #0030c0; }");
-        auto* teamLayout = new QVBoxLayout(team);
+        auto* group = new QGroupBox(team + " team");
+        group->setStyleSheet(index == 0 ? "QGroupBox { color: #b00000; }" : "QGroupBox { color: #0030c0; }");
+        auto* teamLayout = new QVBoxLayout(group);
         teamLayout->addWidget(m_playTeam[static_cast<std::size_t>(index)]);
-        auto* column = new QVBoxLayout;
-        column->addLayout(buttons);
-        layout->addLayout(column);
-        layout->addWidget(team, 1);
+        auto* row = new QHBoxLayout;
+        row->addLayout(buttons);
+        row->addWidget(group, 1);
+        teamsColumn->addLayout(row, 1);
     }
+    layout->addLayout(teamsColumn, 2);
 
     auto* close = new QPushButton("Close");
     close->setObjectName("cmdClose");
-    close->setDefault(true);
     connect(close, &QPushButton::clicked, this, &QDialog::accept);
     auto* bottom = new QHBoxLayout;
     bottom->addWidget(new QLabel("Changes take effect at once."));
@@ -87,7 +92,7 @@ frmAssignPlayers::frmAssignPlayers(query::GameState& state, bool keepOnTop, QWid
     auto* outer = new QVBoxLayout(this);
     outer->addLayout(layout, 1);
     outer->addLayout(bottom);
-    resize(720, 360);
+    resize(640, 480);
 
     m_lists = profiles::FillAssignmentLists(m_state);
     ShowLists();

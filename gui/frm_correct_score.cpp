@@ -7,6 +7,7 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace tallybot::desktop {
@@ -25,13 +26,14 @@ frmCorrectScore::frmCorrectScore(query::GameState& state, std::int32_t& previous
     m_blue->setText(FromBytes(texts.Blue));
 
     auto* form = new QFormLayout;
-    form->addRow("Red team score:", m_red);
-    form->addRow("Blue team score:", m_blue);
+    form->addRow("&Red team score:", m_red);
+    form->addRow("&Blue team score:", m_blue);
     auto* buttons = OkCancelButtons(this, [this] { return cmdOK_Click(); });
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);
     setMinimumWidth(280);
+    MakeDefaultButton(*this, *findChild<QPushButton*>("cmdOK"));
 }
 
 bool frmCorrectScore::cmdOK_Click() {

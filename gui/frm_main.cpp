@@ -3,6 +3,7 @@
 #include "app/logic/main_logic.h"
 #include "gui/irc_pane_widget.h"
 #include "gui/message_boxes.h"
+#include "gui/tallybot_icon.h"
 
 #include <QAction>
 #include <QApplication>
@@ -13,6 +14,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -23,6 +25,7 @@
 #include <QStatusBar>
 #include <QSystemTrayIcon>
 #include <QTabWidget>
+#include <QTimer>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -47,6 +50,7 @@ QLabel* ValueLabel(const char* name) {
 frmMain::frmMain(MainLogic& logic, desktop::MessageBoxes& boxes, QWidget* parent)
     : QMainWindow(parent), m_logic(logic), m_boxes(boxes) {
     setObjectName("frmMain");
+    setWindowIcon(desktop::TallybotIcon());
     RunDialog = [](QDialog& dialog) { dialog.exec(); };
     OpenUrl = [](const QUrl& url) { QDesktopServices::openUrl(url); };
 
@@ -81,12 +85,18 @@ frmMain::frmMain(MainLogic& logic, desktop::MessageBoxes& boxes, QWidget* parent
 
     BuildMenus();
     BuildTray();
-    resize(1000, 660);
-    setMinimumSize(760, 520);
+    // A DCC transfer the operator accepted reports its progress in the status line.
+    m_logic.Irc().Events().DCCTransfer = [this](const std::string& path, std::uint64_t position, std::uint64_t size) {
+        ShowDccProgress(path, position, size);
+    };
+    resize(kFirstWidth, kFirstHeight);
+    setMinimumSize(kMinimumWidth, kMinimumHeight);
     Refresh();
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    m_logic.Irc().Events().DCCTransfer = nullptr;
+}
 
 void frmMain::resizeEvent(QResizeEvent* event) {
     QMainWindow::resizeEvent(event);
@@ -103,6 +113,13 @@ QComboBox* frmMain::HistoryBox(const char* name, HistoryCombo MainView::*combo) 
     });
     connect(box, &QComboBox::activated, this, [this, combo] { m_logic.cmbIRC_Commit(combo); });
     connect(box->lineEdit(), &QLineEdit::editingFinished, this, [this, combo] { m_logic.cmbIRC_Commit(combo); });
+    // Enter in any of the four boxes connects, as the button would, once the box has committed.
+    connect(box->lineEdit(), &QLineEdit::returnPressed, this, [this] {
+        QTimer::singleShot(0, this, [this] {
+            const int state = m_logic.Settings().ConnState;
+            if (m_logic.View().cmdIRCConnectionEnabled && state != 1 && state != 3) m_logic.cmdIRCConnection_Click();
+        });
+    });
     return box;
 }
 
@@ -119,15 +136,17 @@ QWidget* frmMain::BuildConnectionBar() {
         const char* label;
         HistoryCombo MainView::*combo;
         int stretch;
-    } boxes[] = {{"cmbIRCServer", "Server", &MainView::cmbIRCServer, 3},
-                 {"cmbIRCPort", "Port", &MainView::cmbIRCPort, 1},
-                 {"cmbIRCChannel", "Channel", &MainView::cmbIRCChannel, 2},
-                 {"cmbIRCNick", "Nick", &MainView::cmbIRCNick, 2}};
+    } boxes[] = {{"cmbIRCServer", "Ser&ver", &MainView::cmbIRCServer, 3},
+                 {"cmbIRCPort", "Po&rt", &MainView::cmbIRCPort, 1},
+                 {"cmbIRCChannel", "C&hannel", &MainView::cmbIRCChannel, 2},
+                 {"cmbIRCNick", "&Nick", &MainView::cmbIRCNick, 2}};
     for (const auto& b : boxes) {
         auto* column = new QVBoxLayout;
         column->setSpacing(2);
-        column->addWidget(new QLabel(b.label));
+        auto* label = new QLabel(b.label);
         auto* box = HistoryBox(b.name, b.combo);
+        label->setBuddy(box);
+        column->addWidget(label);
         box->setMinimumWidth(60 + 20 * b.stretch);
         column->addWidget(box);
         ircRow->addLayout(column, b.stretch);
@@ -136,14 +155,18 @@ QWidget* frmMain::BuildConnectionBar() {
     connectButton->setMinimumWidth(96);
     connect(connectButton, &QPushButton::clicked, this, [this] { m_logic.cmdIRCConnection_Click(); });
     ircRow->addWidget(connectButton, 0, Qt::AlignBottom);
+    // A port is digits only: letters would end as "Invalid port 0" from the socket.
+    irc->findChild<QComboBox*>("cmbIRCPort")->lineEdit()->setValidator(new QIntValidator(0, 65535, irc));
     row->addWidget(irc, 3);
 
     auto* game = Named(new QGroupBox("Game server"), "fraGamConnection");
     auto* gameRow = new QHBoxLayout(game);
     auto* column = new QVBoxLayout;
     column->setSpacing(2);
-    column->addWidget(new QLabel("Address (host:port)"));
+    auto* address = new QLabel("A&ddress (host:port)");
+    column->addWidget(address);
     m_gamServer = Named(new QComboBox, "cmbGamServer");
+    address->setBuddy(m_gamServer);
     m_gamServer->setEditable(true);
     m_gamServer->setInsertPolicy(QComboBox::NoInsert);
     m_gamServer->setMinimumWidth(150);
@@ -153,6 +176,13 @@ QWidget* frmMain::BuildConnectionBar() {
     });
     connect(m_gamServer, &QComboBox::activated, this, [this] { m_logic.cmbGamServer_Commit(); });
     connect(m_gamServer->lineEdit(), &QLineEdit::editingFinished, this, [this] { m_logic.cmbGamServer_Commit(); });
+    // Enter in the address starts the query, as the button would; the box commits its text first.
+    connect(m_gamServer->lineEdit(), &QLineEdit::returnPressed, this, [this] {
+        QTimer::singleShot(0, this, [this] {
+            const int state = m_logic.Settings().ConnState;
+            if (m_logic.View().cmdGamQueryEnabled && state != 2 && state != 3) m_logic.cmdGamQuery_Click();
+        });
+    });
     column->addWidget(m_gamServer);
     gameRow->addLayout(column, 1);
     auto* query = Named(new QPushButton("S&tart"), "cmdGamQuery");

@@ -6,6 +6,7 @@
 #include "app/logic/main_view.h"
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -54,6 +55,9 @@ public:
     void mnuSysOpen_Click();
     void mnuSysQuit_Click();
 
+    // "Receiving NAME: 51,200 of 102,407 bytes", then "Received NAME (102,407 bytes)".
+    void ShowDccProgress(const std::string& path, std::uint64_t position, std::uint64_t size);
+
     const QString& TrayToolTip() const { return m_trayToolTip; }
     desktop::IrcPaneWidget& IrcPane() { return *m_irc; }
 
@@ -69,6 +73,11 @@ protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+
+    static constexpr int kFirstWidth = 1000; // the first size, before it is fitted to the screen
+    static constexpr int kFirstHeight = 660;
+    static constexpr int kMinimumWidth = 760;
+    static constexpr int kMinimumHeight = 520;
 
 private:
     void BuildMenus();

@@ -7,6 +7,8 @@
 #include "gui/frm_options.h"
 #include "gui/frm_profiles.h"
 #include "gui/message_boxes.h"
+#include "gui/program_documentation.h"
+#include "gui/tallybot_icon.h"
 
 #include <functional>
 
@@ -15,7 +17,6 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
-#include <QStyle>
 #include <QSystemTrayIcon>
 #include <QTabWidget>
 
@@ -46,7 +47,9 @@ QMenu* Menu(QWidget* parent, const char* name, const QString& caption) {
 void frmMain::BuildMenus() {
     QMenuBar* bar = menuBar();
     QMenu* file = Menu(this, "mnuFile", "&File");
-    connect(Item(file, "mnuFileQuit", "&Quit"), &QAction::triggered, this, [this] { close(); });
+    auto* quit = Item(file, "mnuFileQuit", "&Quit");
+    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    connect(quit, &QAction::triggered, this, [this] { close(); });
     bar->addMenu(file);
 
     QMenu* extras = Menu(this, "mnuExtras", "E&xtras");
@@ -70,6 +73,7 @@ void frmMain::BuildMenus() {
         auto* sel = profiles->addAction(QString());
         sel->setObjectName(QString("mnuProfileSel(%1)").arg(i));
         sel->setVisible(false);
+        sel->setCheckable(true); // the profile in use carries the check mark
         connect(sel, &QAction::triggered, this, [this, i] {
             m_logic.mnuProfileSel_Click(i);
             Refresh();
@@ -111,7 +115,9 @@ void frmMain::BuildMenus() {
     bar->addMenu(m_postMenu);
 
     QMenu* info = Menu(this, "mnuInfo", "&Info");
-    connect(Item(info, "mnuInfoHelp", "&Help"), &QAction::triggered, this, [this] { mnuInfoHelp_Click(); });
+    auto* help = Item(info, "mnuInfoHelp", "&Help");
+    help->setShortcut(QKeySequence(Qt::Key_F1));
+    connect(help, &QAction::triggered, this, [this] { mnuInfoHelp_Click(); });
     Separator(info, "mnuInfoSeperator");
     connect(Item(info, "mnuInfoAbout", "&About..."), &QAction::triggered, this, [this] { mnuInfoAbout_Click(); });
     bar->addMenu(info);
@@ -123,7 +129,7 @@ void frmMain::BuildTray() {
             [this] { mnuSysOpen_Click(); });
     Separator(m_trayMenu, "mnuSysSeperator");
     connect(Item(m_trayMenu, "mnuSysQuit", "&Quit"), &QAction::triggered, this, [this] { mnuSysQuit_Click(); });
-    m_tray = new QSystemTrayIcon(QApplication::style()->standardIcon(QStyle::SP_ComputerIcon), this);
+    m_tray = new QSystemTrayIcon(desktop::TallybotIcon(), this);
     m_tray->setObjectName("clsSysTray");
     m_tray->setContextMenu(m_trayMenu);
     connect(m_tray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
@@ -167,11 +173,17 @@ void frmMain::mnuInfoAbout_Click() {
 void frmMain::mnuInfoHelp_Click() {
     // The help file sits one folder above the program folder, as it always has.
     const QString file = desktop::FromBytes(m_logic.Settings().AppPath) + "../Guildkit.chm";
-    if (!QFileInfo::exists(file)) {
-        m_boxes.Show(this, "Help", QString("The help file %1 was not found.").arg(QFileInfo(file).absoluteFilePath()));
+    if (QFileInfo::exists(file)) {
+        OpenUrl(QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath()));
         return;
     }
-    OpenUrl(QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath()));
+    // Without it, the program's own documentation.
+    const QString docs = desktop::ProgramDocumentation(QCoreApplication::applicationDirPath());
+    if (!docs.isEmpty()) {
+        OpenUrl(QUrl::fromLocalFile(docs));
+        return;
+    }
+    m_boxes.Show(this, "Help", QString("The help file %1 was not found.").arg(QFileInfo(file).absoluteFilePath()));
 }
 
 void frmMain::cmdAssignPlayers_Click() {

@@ -6,16 +6,18 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QDialog>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QTabWidget>
 #include <QTimer>
 #include <QUrl>
 
 namespace tallybot::app {
 
 void FrmMainShell::ShowMessage(const std::string& text, const std::string& title) {
-    QMessageBox::information(QApplication::activeWindow(), QString::fromLatin1(title.c_str()),
-                             QString::fromLatin1(text.c_str()));
+    QMessageBox::warning(QApplication::activeWindow(), QString::fromLatin1(title.c_str()),
+                         QString::fromLatin1(text.c_str()));
 }
 
 bool FrmMainShell::AskYesNo(const std::string& text, const std::string& title) {
@@ -37,9 +39,28 @@ void ScheduleScreenshot(frmMain& window) {
     // TALLYBOT_SCREENSHOT_SIZE=WxH sizes the window first, to see the layout at a given size.
     const QStringList size = qEnvironmentVariable("TALLYBOT_SCREENSHOT_SIZE").split('x');
     if (size.size() == 2 && size[0].toInt() > 0 && size[1].toInt() > 0) window.resize(size[0].toInt(), size[1].toInt());
-    QTimer::singleShot(after, &window, [&window, file] {
-        if (!window.grab().save(file, "PNG"))
+    const auto save = [file](QWidget& widget) {
+        if (!widget.grab().save(file, "PNG"))
             std::fprintf(stderr, "tallybot: could not write %s\n", file.toLocal8Bit().constData());
+    };
+    // TALLYBOT_SCREENSHOT_OPTIONS=<tab title> grabs the Options dialog on that page instead.
+    const QString page = qEnvironmentVariable("TALLYBOT_SCREENSHOT_OPTIONS");
+    if (!page.isEmpty()) {
+        window.RunDialog = [save, page](QDialog& dialog) {
+            if (auto* tabs = dialog.findChild<QTabWidget*>("sstOptions"))
+                for (int i = 0; i < tabs->count(); ++i)
+                    if (tabs->tabText(i) == page) tabs->setCurrentIndex(i);
+            dialog.show();
+            QCoreApplication::processEvents();
+            save(dialog);
+        };
+    }
+    QTimer::singleShot(after, &window, [&window, save, page] {
+        if (page.isEmpty()) {
+            save(window);
+        } else {
+            window.mnuExtrasOptions_Click();
+        }
         window.close();
     });
 }

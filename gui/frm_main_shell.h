@@ -17,8 +17,8 @@ public:
 
 // With TALLYBOT_SCREENSHOT=<file.png> in the environment the window grabs itself into that file
 // after TALLYBOT_SCREENSHOT_AFTER_MS milliseconds (default 4000) and closes, which ends the program
-// normally; TALLYBOT_SCREENSHOT_SIZE=<W>x<H> resizes the window first. Without the variable nothing
-// happens.
+// normally; TALLYBOT_SCREENSHOT_SIZE=<W>x<H> resizes the window first; TALLYBOT_SCREENSHOT_OPTIONS=<tab>
+// grabs the Options dialog on that page instead. Without TALLYBOT_SCREENSHOT nothing happens.
 void ScheduleScreenshot(frmMain& window);
 
 } // namespace tallybot::app

@@ -3,17 +3,23 @@
 #include "app/logic/main_logic.h"
 #include "gui/frm_main.h"
 #include "gui/message_boxes.h"
+#include "gui/window_geometry.h"
+#include "irc/dcc_receive.h"
 #include "query/query_cycle.h"
+
+#include <algorithm>
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QStatusBar>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QTreeWidget>
@@ -40,6 +46,9 @@ void ShowHistory(QComboBox& box, const std::vector<std::string>& list, const std
     if (box.currentText() != FromBytes(text)) box.setEditText(FromBytes(text));
     box.setEnabled(enabled);
 }
+
+// Before the window is shown its decoration is unknown: a usual title bar and border.
+const QMargins kTypicalFrame(4, 32, 4, 4);
 
 template <class W> W* Child(QObject* parent, const char* name) {
     return parent->findChild<W*>(name);
@@ -127,8 +136,19 @@ void frmMain::RefreshMenus() {
         auto* action = m_profileSel[static_cast<std::size_t>(i)];
         action->setText(FromBytes(entry.Caption));
         action->setVisible(entry.Visible);
+        action->setChecked(i == m_logic.Settings().Profiles.CurrentProfile);
     }
     if (auto* onTop = findChild<QAction*>("mnuExtrasKeepOnTop")) onTop->setChecked(view.KeepOnTop);
+}
+
+void frmMain::ShowDccProgress(const std::string& path, std::uint64_t position, std::uint64_t size) {
+    const QString name = QFileInfo(FromBytes(path)).fileName();
+    const auto count = [](std::uint64_t bytes) {
+        return bytes == 0 ? QString("0") : FromBytes(irc::FormatByteCount(static_cast<double>(bytes)));
+    };
+    statusBar()->showMessage(position >= size
+                                 ? QString("Received %1 (%2 bytes)").arg(name, count(position))
+                                 : QString("Receiving %1: %2 of %3 bytes").arg(name, count(position), count(size)));
 }
 
 void frmMain::ApplyKeepOnTop(bool onTop) {
@@ -145,6 +165,15 @@ void frmMain::Form_Activate() {
     }
     m_activated = true;
     const AppSettings& settings = m_logic.Settings();
+    // The first size fits the screen's free area, so the title bar and menus are never off screen.
+    const QRect area = screen() ? screen()->availableGeometry() : QRect(0, 0, 1024, 768);
+    QSize wanted(kFirstWidth, kFirstHeight);
+    if (settings.RemWinPos == 1 && settings.Extras.WinWidth > 0 && settings.Extras.WinHeight > 0)
+        wanted = QSize(settings.Extras.WinWidth, settings.Extras.WinHeight);
+    const desktop::FirstPlacement place =
+        desktop::FitToScreen(wanted, QSize(kMinimumWidth, kMinimumHeight), area, kTypicalFrame);
+    setMinimumSize(place.minimum);
+    resize(place.size);
     if (settings.WinState == 1) {
         showMinimized();
         return;
@@ -153,14 +182,13 @@ void frmMain::Form_Activate() {
         showMaximized();
         return;
     }
-    if (settings.RemWinPos == 1) {
-        move(settings.WinLeft, settings.WinTop);
-    } else if (const QScreen* screen = this->screen()) {
-        const QRect area = screen->availableGeometry();
-        move(area.x() + (area.width() - frameGeometry().width()) / 2,
-             area.y() + (area.height() - frameGeometry().height()) / 2);
-    }
+    move(settings.RemWinPos == 1 ? QPoint(settings.WinLeft, settings.WinTop) : place.topLeft);
     show();
+    if (settings.RemWinPos == 1) return;
+    // Shown, the real frame is known: centre again with it.
+    const QSize outer = frameGeometry().size();
+    move(area.x() + std::max(0, (area.width() - outer.width()) / 2),
+         area.y() + std::max(0, (area.height() - outer.height()) / 2));
 }
 
 void frmMain::StorePlacement() {
@@ -169,6 +197,9 @@ void frmMain::StorePlacement() {
     const QPoint topLeft = view.WindowState == 0 ? pos() : normalGeometry().topLeft();
     view.WindowTop = topLeft.y();
     view.WindowLeft = topLeft.x();
+    const QSize size = view.WindowState == 0 ? this->size() : normalGeometry().size();
+    view.WindowWidth = size.width();
+    view.WindowHeight = size.height();
 }
 
 void frmMain::Form_Resize() {

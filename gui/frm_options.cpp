@@ -3,6 +3,7 @@
 #include "app/app_settings.h"
 #include "gui/box_validation.h"
 #include "gui/colour_boxes.h"
+#include "gui/extras_page.h"
 #include "gui/frm_modifiers.h"
 #include "gui/message_boxes.h"
 #include "gui/ok_cancel_buttons.h"
@@ -39,6 +40,9 @@ frmOptions::frmOptions(app::AppSettings& settings, MessageBoxes& boxes, QWidget*
     m_tabs->addTab(BuildGamePage(), "Game server");
     m_tabs->addTab(BuildCommandsPage(), "Channel commands");
     m_tabs->addTab(BuildOnJoinPage(), "On join");
+    m_extras = new ExtrasPage;
+    m_extras->setObjectName("pagExtras");
+    m_tabs->addTab(m_extras, "Extras");
     for (const char* name :
          {"txtIRCIdentEmail", "txtIRCRealName", "txtDefGamPort", "txtGamQueryTime", "txtIRCSendDelay"})
         m_validator->Watch(findChild<QLineEdit*>(name));
@@ -49,6 +53,7 @@ frmOptions::frmOptions(app::AppSettings& settings, MessageBoxes& boxes, QWidget*
     layout->addWidget(m_tabs, 1);
     layout->addWidget(buttons);
     resize(620, 480);
+    MakeDefaultButton(*this, *findChild<QPushButton*>("cmdOK"));
     LoadFromRecord();
 }
 
@@ -82,8 +87,8 @@ QWidget* frmOptions::BuildIrcPage() {
     auto* layout = new QVBoxLayout(page);
     auto* identity = new QGroupBox("Identity");
     auto* form = new QFormLayout(identity);
-    form->addRow("Ident / e-mail:", Line("txtIRCIdentEmail"));
-    form->addRow("Real name:", Line("txtIRCRealName"));
+    form->addRow("&Ident / e-mail:", Line("txtIRCIdentEmail"));
+    form->addRow("&Real name:", Line("txtIRCRealName"));
     layout->addWidget(identity);
 
     auto* pane = new QGroupBox("Chat pane and connection");
@@ -114,9 +119,9 @@ QWidget* frmOptions::BuildGamePage() {
     auto* layout = new QVBoxLayout(page);
     auto* query = new QGroupBox("Query");
     auto* form = new QFormLayout(query);
-    form->addRow("Default port:", Line("txtDefGamPort"));
-    form->addRow("Query interval (ms):", Line("txtGamQueryTime"));
-    form->addRow("Send delay for answers (s):", Line("txtIRCSendDelay"));
+    form->addRow("Default &port:", Line("txtDefGamPort"));
+    form->addRow("&Query interval (ms):", Line("txtGamQueryTime"));
+    form->addRow("&Send delay for answers (s):", Line("txtIRCSendDelay"));
     form->addRow(Check("chkReconnect", "Restart the query at once after repeated errors"));
     layout->addWidget(query);
 

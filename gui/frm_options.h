@@ -19,6 +19,7 @@ namespace tallybot::desktop {
 
 class BoxValidator;
 class ColourBoxes;
+class ExtrasPage;
 class MessageBoxes;
 class frmModifiers;
 
@@ -51,6 +52,7 @@ private:
     QTabWidget* m_tabs;
     BoxValidator* m_validator;
     frmModifiers* m_modifiers;
+    ExtrasPage* m_extras = nullptr;
     ColourBoxes* m_extColour = nullptr;
     ColourBoxes* m_infoColour = nullptr;
     QTextEdit* m_colourPreview = nullptr;

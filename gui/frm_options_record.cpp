@@ -3,6 +3,7 @@
 #include "base/vb_convert.h"
 #include "gui/box_validation.h"
 #include "gui/colour_boxes.h"
+#include "gui/extras_page.h"
 #include "gui/frm_options.h"
 #include "gui/message_boxes.h"
 #include "gui/preview_box.h"
@@ -11,6 +12,7 @@
 
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QTabWidget>
 
 namespace tallybot::desktop {
 
@@ -79,13 +81,17 @@ std::string InfoColourPrefix(int number) {
 void frmOptions::LoadFromRecord() {
     for (const auto& flag : kFlagBoxes)
         findChild<QCheckBox*>(flag.name)->setChecked(m_settings.*flag.load == 1);
-    for (const auto& text : kTextBoxes)
-        findChild<QLineEdit*>(text.name)->setText(FromBytes(m_settings.*text.field));
+    for (const auto& text : kTextBoxes) {
+        auto* box = findChild<QLineEdit*>(text.name);
+        box->setText(FromBytes(m_settings.*text.field));
+        box->setCursorPosition(0); // a long template shows its beginning
+    }
     findChild<QLineEdit*>("txtDefGamPort")->setText(QString::number(m_settings.DefaultPort));
     findChild<QLineEdit*>("txtGamQueryTime")->setText(QString::number(m_settings.QueryTime));
     findChild<QLineEdit*>("txtIRCSendDelay")->setText(QString::number(m_settings.SendDelay));
     m_extColour->Choose(ColourNumberOf(m_settings.ExtTextCol));
     m_infoColour->Choose(ColourNumberOf(m_settings.InfoTextCol));
+    m_extras->Load(m_settings.Extras);
     RefreshPreviews();
 }
 
@@ -114,7 +120,13 @@ bool frmOptions::Confirm() {
         m_boxes.Show(this, kOptionsTitle, "The default port is too large.");
         return false;
     }
+    if (const auto refused = m_extras->Check()) {
+        m_tabs->setCurrentWidget(m_extras);
+        m_boxes.Show(this, kOptionsTitle, *refused);
+        return false;
+    }
     StoreToRecord(queryTime, sendDelay, defaultPort);
+    m_extras->Store(m_settings.Extras);
     return true;
 }
 

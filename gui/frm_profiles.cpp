@@ -4,6 +4,7 @@
 #include "gui/box_validation.h"
 #include "gui/frm_modifiers.h"
 #include "gui/message_boxes.h"
+#include "gui/ok_cancel_buttons.h"
 #include "gui/preview_box.h"
 #include "query/game_state.h"
 
@@ -16,6 +17,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTextEdit>
@@ -55,7 +57,9 @@ frmProfiles::frmProfiles(app::AppSettings& settings, MessageBoxes& boxes, QWidge
     m_validator->Watch(findChild<QLineEdit*>("txtIntervalTime"));
 
     auto* left = new QVBoxLayout;
-    left->addWidget(new QLabel("Profiles:"));
+    auto* listLabel = new QLabel("Profi&les:");
+    listLabel->setBuddy(m_list);
+    left->addWidget(listLabel);
     left->addWidget(m_list, 1);
     auto* buttons = new QHBoxLayout;
     auto* newButton = Button("cmdNew", "&New...");
@@ -79,28 +83,45 @@ frmProfiles::frmProfiles(app::AppSettings& settings, MessageBoxes& boxes, QWidge
     layout->addLayout(top, 1);
     layout->addLayout(bottom);
     resize(760, 480);
+    MakeDefaultButton(*this, *closeButton);
 
     connect(newButton, &QPushButton::clicked, this, [this] { NewProfile(); });
     connect(saveButton, &QPushButton::clicked, this, [this] { SaveCurrent(); });
     connect(deleteButton, &QPushButton::clicked, this, [this] { DeleteCurrent(); });
     connect(closeButton, &QPushButton::clicked, this, &QDialog::accept);
-    connect(m_list, &QListWidget::currentRowChanged, this, [this](int row) { ShowProfile(row + 1); });
+    connect(m_list, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (ResolveUnsavedEdits()) {
+            ShowProfile(row + 1);
+        } else {
+            const QSignalBlocker block(m_list);
+            m_list->setCurrentRow(m_index - 1);
+        }
+    });
+    const auto edited = [this] { m_dirty = m_dirty || !m_loading; };
+    for (auto* box : m_tabs->findChildren<QLineEdit*>())
+        connect(box, &QLineEdit::textChanged, this, edited);
+    for (auto* box : m_tabs->findChildren<QCheckBox*>())
+        connect(box, &QCheckBox::toggled, this, edited);
+    for (auto* box : m_tabs->findChildren<QComboBox*>())
+        connect(box, &QComboBox::currentIndexChanged, this, edited);
+    for (auto* box : m_tabs->findChildren<QSpinBox*>())
+        connect(box, &QSpinBox::valueChanged, this, edited);
     Reload({});
 }
 
 QWidget* frmProfiles::BuildGeneralPage() {
     auto* page = new QWidget;
     auto* form = new QFormLayout(page);
-    form->addRow("Description:", Named(new QLineEdit, "txtDescription"));
+    form->addRow("Desc&ription:", Named(new QLineEdit, "txtDescription"));
     auto* engine = Named(new QComboBox, "cmbEngine");
     engine->addItem("Any engine (default profile)");
     for (int id = 1; id <= query::kEngineCount; ++id)
         engine->addItem(FromBytes(query::EngineCode(id)));
     // The list index is the engine id, so the A2S engine sits right after the classic seventeen.
     engine->addItem(QStringLiteral("A2S"));
-    form->addRow("Engine:", engine);
-    form->addRow("Game name:", Named(new QLineEdit, "txtGameName"));
-    form->addRow("Game type:", Named(new QLineEdit, "txtGameType"));
+    form->addRow("&Engine:", engine);
+    form->addRow("&Game name:", Named(new QLineEdit, "txtGameName"));
+    form->addRow("Game &type:", Named(new QLineEdit, "txtGameType"));
     auto* hint = new QLabel("An empty game name or type matches every server of the engine.");
     hint->setWordWrap(true);
     form->addRow(hint);
@@ -152,7 +173,7 @@ QWidget* frmProfiles::BuildScoringPage() {
     auto* scoring = Named(new QSpinBox, "spnScoring");
     scoring->setRange(0, 255);
     form->addRow("Scoring mode (2: flag captures):", scoring);
-    form->addRow("Points per capture:", Named(new QLineEdit, "txtScorePerCap"));
+    form->addRow("&Points per capture:", Named(new QLineEdit, "txtScorePerCap"));
     return page;
 }
 
@@ -162,11 +183,11 @@ QWidget* frmProfiles::BuildPostingPage() {
     form->addRow(Named(new QCheckBox("Post match status messages"), "chkStatusPosting"));
     form->addRow(Named(new QCheckBox("Post every change of the score"), "chkPostScoreChange"));
     form->addRow(Named(new QCheckBox("Post information at intervals"), "chkInterval"));
-    form->addRow("Interval (s):", Named(new QLineEdit, "txtIntervalTime"));
+    form->addRow("&Interval (s):", Named(new QLineEdit, "txtIntervalTime"));
     auto* info = Named(new QComboBox, "cmbIntervalInfo");
     info->addItems({"Server information", "Short server information", "Player information", "Short player information",
                     "Team information", "Short team information", "Custom message"});
-    form->addRow("Interval post:", info);
+    form->addRow("Interval p&ost:", info);
     return page;
 }
 

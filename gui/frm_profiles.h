@@ -33,6 +33,12 @@ public:
     bool DeleteCurrent();
     // Shows table entry index (1..ProfileCount) in the editor.
     void ShowProfile(int index);
+    // Edits of the shown profile that are not saved yet.
+    bool HasUnsavedEdits() const { return m_dirty; }
+    // Before unsaved edits would be lost: asks Save / Discard / Cancel; true when it may go on.
+    bool ResolveUnsavedEdits();
+    // Closing (Close, Escape, the title bar) asks about unsaved edits first.
+    void done(int result) override;
     int ShownIndex() const { return m_index; }
     void ShowModifiers(QLineEdit* target);
     frmModifiers& Modifiers() { return *m_modifiers; }
@@ -59,6 +65,8 @@ private:
     BoxValidator* m_validator;
     frmModifiers* m_modifiers;
     int m_index = 0;
+    bool m_dirty = false;
+    bool m_loading = false; // the editor is being filled: changes are not edits
     QTextEdit* m_startPreview = nullptr;
     QTextEdit* m_customPreview = nullptr;
     QTextEdit* m_endPreview = nullptr;

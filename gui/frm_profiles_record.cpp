@@ -62,11 +62,15 @@ void frmProfiles::ShowProfile(int index) {
         return;
     }
     m_index = index;
+    m_loading = true;
     const GameProfile& p = m_settings.Profiles.Entries[static_cast<std::size_t>(index)];
     for (const auto& flag : kFlags)
         findChild<QCheckBox*>(flag.name)->setChecked(p.*flag.field == 1);
-    for (const auto& text : kTexts)
-        findChild<QLineEdit*>(text.name)->setText(FromBytes(p.*text.field));
+    for (const auto& text : kTexts) {
+        auto* box = findChild<QLineEdit*>(text.name);
+        box->setText(FromBytes(p.*text.field));
+        box->setCursorPosition(0); // long descriptions and templates show their beginning
+    }
     auto* engine = findChild<QComboBox*>("cmbEngine");
     engine->setCurrentIndex(p.Engine >= 0 && p.Engine < engine->count() ? p.Engine : 0);
     findChild<QSpinBox*>("spnScoring")->setValue(p.Scoring);
@@ -79,6 +83,29 @@ void frmProfiles::ShowProfile(int index) {
         m_list->setCurrentRow(index - 1);
     }
     RefreshPreviews();
+    m_loading = false;
+    m_dirty = false;
+}
+
+bool frmProfiles::ResolveUnsavedEdits() {
+    if (!m_dirty || m_index < 1) return true;
+    const auto& entry = m_settings.Profiles.Entries[static_cast<std::size_t>(m_index)];
+    const QString question =
+        QString("The profile \"%1\" has changes that are not saved. Save them?").arg(FromBytes(entry.ProfileName));
+    switch (m_boxes.AskSaveChanges(this, kEditorTitle, question)) {
+    case SaveChoice::Save:
+        return SaveCurrent();
+    case SaveChoice::Discard:
+        m_dirty = false;
+        return true;
+    case SaveChoice::Cancel:
+        break;
+    }
+    return false;
+}
+
+void frmProfiles::done(int result) {
+    if (ResolveUnsavedEdits()) QDialog::done(result);
 }
 
 bool frmProfiles::Collect(GameProfile& profile) {
@@ -135,6 +162,7 @@ bool frmProfiles::SaveCurrent() {
     if (!Collect(edited)) return false;
     entry = edited;
     profiles::SaveProfile(m_settings, entry.FileName, m_index);
+    m_dirty = false;
     if (ProfilesChanged) ProfilesChanged();
     return true;
 }
@@ -164,7 +192,9 @@ void frmProfiles::Reload(const std::string& selectFile) {
         for (int i = 1; i <= table.ProfileCount && !currentFile.empty(); ++i)
             if (table.Entries[static_cast<std::size_t>(i)].FileName == currentFile) table.CurrentProfile = i;
     }
-    int select = table.ProfileCount >= 1 ? 1 : 0;
+    // The editor opens on the profile in use, so the operator edits what the bot posts with.
+    const bool currentListed = table.CurrentProfile >= 1 && table.CurrentProfile <= table.ProfileCount;
+    int select = currentListed ? table.CurrentProfile : (table.ProfileCount >= 1 ? 1 : 0);
     {
         const QSignalBlocker block(m_list);
         m_list->clear();

@@ -246,8 +246,25 @@ IrcPaneWidget::IrcPaneWidget(QWidget* parent)
     m_input->ColourPicker = [this](bool show) { m_picker->setVisible(show); };
 }
 
+void IrcPaneWidget::ApplyFontAndBackColor(const irc::IrcProperties& props) {
+    // The control's Font names a family ("Courier New" from the window's design); where it is not
+    // installed, the system's fixed font takes its place at the same size.
+    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    QFont font = fixed;
+    const QString family = FromBytes(props.Font);
+    if (!family.isEmpty() && QFontDatabase::hasFamily(family)) font.setFamily(family);
+    const QColor back = FromWindowsColour(props.BackColor);
+    for (QWidget* box : {static_cast<QWidget*>(m_output), static_cast<QWidget*>(m_input)}) {
+        box->setFont(font);
+        QPalette pal = box->palette();
+        pal.setColor(QPalette::Base, back);
+        box->setPalette(pal);
+    }
+}
+
 void IrcPaneWidget::Bind(irc::uscIRC& core) {
     m_core = &core;
+    ApplyFontAndBackColor(core.Properties());
     QPointer<IrcPaneWidget> self(this);
     auto& view = core.View();
     view.PaneCleared = [self] {

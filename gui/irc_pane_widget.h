@@ -16,6 +16,7 @@
 class QListWidget;
 
 namespace tallybot::irc {
+struct IrcProperties;
 class uscIRC;
 class UserList;
 } // namespace tallybot::irc
@@ -74,6 +75,8 @@ public:
 
     void AppendLine(const irc::PaneLine& line);
     void ClearPane();
+    // The control's Font and BackColor on the pane and the input box.
+    void ApplyFontAndBackColor(const irc::IrcProperties& props);
     void SetUsers(const irc::UserList& users);
 
     // Links go to the system's handler; tests replace it.

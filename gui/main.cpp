@@ -7,6 +7,8 @@
 #include "gui/frm_main.h"
 #include "gui/frm_main_shell.h"
 #include "gui/message_boxes.h"
+#include "gui/tallybot_icon.h"
+#include "gui/window_program.h"
 
 #include <cstdio>
 
@@ -19,12 +21,12 @@ using namespace tallybot::app;
 int RunWindow(const CommandLine& line, const ProgramPlace& place) {
     FrmMainShell shell;
     const StartupOptions options = PrepareStartup(line, place, shell);
-    AppRuntime runtime;
-    if (!runtime.Start(options)) std::fprintf(stderr, "tallybot: remote control unavailable for this home\n");
-    WarnWhenNoProfiles(runtime.Logic());
     tallybot::desktop::QtMessageBoxes boxes;
-    frmMain window(runtime.Logic(), boxes);
-    QObject::connect(&runtime, &AppRuntime::ViewChanged, &window, [&window] { window.Refresh(); });
+    WindowProgram program(boxes, DefaultDownloadFolder());
+    if (!program.Start(options)) std::fprintf(stderr, "tallybot: remote control unavailable for this home\n");
+    AppRuntime& runtime = program.Runtime();
+    WarnWhenNoProfiles(runtime.Logic());
+    frmMain& window = program.Window();
     // The window may hide in the tray while a dialog closes: only the window's own close ends the run.
     QApplication::setQuitOnLastWindowClosed(false);
     window.CloseRequested = [&runtime] {
@@ -46,6 +48,7 @@ extern "C" [[gnu::visibility("default")]] int tallybot_window_main(int* argc, ch
     QApplication app(*argc, argv);
     qInstallMessageHandler(nullptr); // the platform started: Qt's own handling of messages again
     QCoreApplication::setApplicationName("tallybot");
+    QApplication::setWindowIcon(tallybot::desktop::TallybotIcon()); // dialogs and message boxes too
     const ProgramPlace place = LocateProgram(*line);
     if (const auto delivered = DeliverToRunning(*line, place)) return *delivered;
     return RunWindow(*line, place);

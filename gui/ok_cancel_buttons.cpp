@@ -9,7 +9,6 @@ namespace tallybot::desktop {
 QDialogButtonBox* OkCancelButtons(QDialog* dialog, std::function<bool()> confirm) {
     auto* ok = new QPushButton("OK");
     ok->setObjectName("cmdOK");
-    ok->setDefault(true);
     auto* cancel = new QPushButton("Cancel");
     cancel->setObjectName("cmdCancel");
     auto* buttons = new QDialogButtonBox;
@@ -20,6 +19,15 @@ QDialogButtonBox* OkCancelButtons(QDialog* dialog, std::function<bool()> confirm
     });
     QObject::connect(cancel, &QPushButton::clicked, dialog, &QDialog::reject);
     return buttons;
+}
+
+void MakeDefaultButton(QDialog& dialog, QPushButton& button) {
+    for (QPushButton* other : dialog.findChildren<QPushButton*>()) {
+        other->setAutoDefault(false);
+        other->setDefault(false);
+    }
+    button.setAutoDefault(true);
+    button.setDefault(true);
 }
 
 } // namespace tallybot::desktop

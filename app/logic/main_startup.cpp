@@ -104,6 +104,8 @@ void MainLogic::Form_QueryUnload() {
             m_settings.WinState = m_view.WindowState;
             m_settings.WinTop = m_view.WindowTop;
             m_settings.WinLeft = m_view.WindowLeft;
+            m_settings.Extras.WinWidth = m_view.WindowWidth;
+            m_settings.Extras.WinHeight = m_view.WindowHeight;
         }
         SaveSettings(m_settings);
     });

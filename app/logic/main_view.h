@@ -71,6 +71,8 @@ struct MainView {
     int WindowState = 0; // 0 normal, 1 minimised, 2 maximised
     int WindowTop = 0;
     int WindowLeft = 0;
+    int WindowWidth = 0; // of the normal (not maximised) window
+    int WindowHeight = 0;
 };
 
 } // namespace tallybot::app

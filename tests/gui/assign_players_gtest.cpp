@@ -18,6 +18,8 @@ TEST(AssignPlayers, AssignThenRemoveReturnsThePlayerWithoutTeam) {
     game.Players[3] = {0, 0, "carl", 0, "", 0};
     desktop::frmAssignPlayers dialog(game, false);
     ASSERT_EQ(dialog.Players().count(), 2);
+    EXPECT_EQ(dialog.findChild<QPushButton*>("cmdAssign(1)")->text(), "Add to Blue >");
+    EXPECT_EQ(dialog.findChild<QPushButton*>("cmdDeAssignAll(0)")->text(), "<< All from Red");
     EXPECT_EQ(dialog.PlayTeam(1).item(0)->text(), "bert");
 
     dialog.Players().item(1)->setSelected(true);

@@ -2,9 +2,13 @@
 // connect button, the query controls, the tray texts, first activation and the correction dialogs.
 #include "gui/frm_main.h"
 #include "gui/irc_pane_widget.h"
+#include "gui/program_documentation.h"
 #include "query/query_cycle.h"
 #include "tests/gui/fake_message_boxes.h"
 #include "tests/logic/logic_fixture.h"
+#include "tests/support/qt_wait.h"
+
+#include <filesystem>
 
 #include <QAction>
 #include <QComboBox>
@@ -16,6 +20,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTreeWidget>
+#include <QValidator>
 
 #include <gtest/gtest.h>
 
@@ -47,6 +52,7 @@ protected:
 
 TEST_F(FrmMainTest, EveryNamedControlAndMenuExists) {
     Open();
+    EXPECT_FALSE(window->windowIcon().pixmap(32, 32).isNull());
     for (const char* name : {"cmbIRCServer", "cmbIRCPort", "cmbIRCChannel", "cmbIRCNick", "cmbGamServer"})
         EXPECT_NE(window->findChild<QComboBox*>(name), nullptr) << name;
     for (const char* name :
@@ -79,12 +85,16 @@ TEST_F(FrmMainTest, ConnectButtonNeedsAllFourIrcBoxes) {
     EXPECT_TRUE(connect->isEnabled());
     Type("cmbIRCPort", "");
     EXPECT_FALSE(connect->isEnabled());
+    QString letters = "66a";
+    int at = 0;
+    EXPECT_EQ(Get<QComboBox>("cmbIRCPort")->lineEdit()->validator()->validate(letters, at), QValidator::Invalid);
 }
 
 TEST_F(FrmMainTest, ConnectingDisablesTheIrcBoxesAndRenamesTheButton) {
     Open(IrcIni());
     EXPECT_EQ(Get<QComboBox>("cmbIRCServer")->currentText(), "irc.test");
-    Get<QPushButton>("cmdIRCConnection")->click();
+    emit Get<QComboBox>("cmbIRCNick")->lineEdit()->returnPressed(); // Enter in a box connects
+    testsupport::ProcessPendingEvents();
     RegisterIrc();
     EXPECT_EQ(Get<QPushButton>("cmdIRCConnection")->text(), "Dis&connect");
     EXPECT_FALSE(Get<QComboBox>("cmbIRCNick")->isEnabled());
@@ -115,6 +125,10 @@ TEST_F(FrmMainTest, QueryControlsMirrorTheirCaptionsAndColours) {
     }
     Type("cmbGamServer", "");
     EXPECT_FALSE(Get<QPushButton>("cmdGamQuery")->isEnabled());
+    Type("cmbGamServer", "127.0.0.1:27960");
+    emit Get<QComboBox>("cmbGamServer")->lineEdit()->returnPressed(); // Enter in the address starts the query
+    testsupport::ProcessPendingEvents();
+    EXPECT_EQ(logic->Settings().ConnState, 2);
 }
 
 TEST_F(FrmMainTest, TrayTooltipFollowsTheConnectionState) {
@@ -139,6 +153,7 @@ TEST_F(FrmMainTest, FirstActivationCentresOrRestoresTheStoredState) {
     window->Form_Activate();
     const QRect area = window->screen()->availableGeometry();
     EXPECT_NEAR(window->frameGeometry().center().x(), area.center().x(), 2);
+    EXPECT_TRUE(area.contains(window->frameGeometry())); // the test screen is smaller than the first size
     logic->SetViewObserver({});
     window.reset();
     logic = std::make_unique<app::MainLogic>(transport, clock);
@@ -210,9 +225,28 @@ TEST_F(FrmMainTest, PostMenuAndProfileMenuFollowTheView) {
     EXPECT_TRUE(Get<QAction>("mnuProfileSel(1)")->isVisible());
     EXPECT_EQ(Get<QAction>("mnuProfileSel(1)")->text(), "ctf");
     EXPECT_FALSE(Get<QAction>("mnuProfileSel(2)")->isVisible());
+    EXPECT_FALSE(Get<QAction>("mnuProfileSel(1)")->isChecked());
+    logic->Settings().Profiles.CurrentProfile = 1;
+    window->Refresh();
+    EXPECT_TRUE(Get<QAction>("mnuProfileSel(1)")->isChecked());
     logic->View().mnuStatToIRCEnabled = true;
     window->Refresh();
     EXPECT_TRUE(Get<QMenu>("mnuStatToIRC")->isEnabled());
+}
+
+TEST_F(FrmMainTest, HelpWithoutTheHelpFileOpensTheProgramsDocumentation) {
+    Open();
+    QUrl opened;
+    window->OpenUrl = [&](const QUrl& url) { opened = url; };
+    window->mnuInfoHelp_Click();
+    EXPECT_TRUE(opened.toLocalFile().endsWith("/README.md")) << opened.toString().toStdString();
+    EXPECT_TRUE(boxes.shown.empty());
+    // An installed prefix: bin/ beside share/doc/tallybot/.
+    std::filesystem::create_directories(home.File("bin"));
+    std::filesystem::create_directories(home.File("share/doc/tallybot"));
+    test::WriteBytes(home.File("share/doc/tallybot/README.md"), "# Tallybot\n");
+    EXPECT_EQ(desktop::ProgramDocumentation(QString::fromStdString(home.File("bin"))).toStdString(),
+              home.File("share/doc/tallybot/README.md"));
 }
 
 TEST_F(FrmMainTest, TeamNameBoxesFeedTheTemplates) {

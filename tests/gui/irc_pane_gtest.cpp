@@ -5,6 +5,7 @@
 #include "tests/irc/fake_irc_transport.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QMouseEvent>
@@ -58,6 +59,21 @@ protected:
     desktop::IrcPaneWidget pane;
     std::vector<std::string> opened;
 };
+
+TEST_F(IrcPaneTest, PaneAndInputTakeTheControlsFontAndBackColor) {
+    core.Properties().Font = "No Such Family";
+    core.Properties().BackColor = 0x00336699; // 0x00BBGGRR
+    pane.ApplyFontAndBackColor(core.Properties());
+    const QString fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
+    for (QWidget* box : {static_cast<QWidget*>(&pane.Output()), static_cast<QWidget*>(&pane.Input())}) {
+        EXPECT_EQ(box->font().family(), fixed);
+        EXPECT_EQ(box->palette().color(QPalette::Base), QColor(0x99, 0x66, 0x33));
+    }
+    const QString installed = QFontDatabase::families().value(0);
+    core.Properties().Font = installed.toStdString();
+    pane.ApplyFontAndBackColor(core.Properties());
+    EXPECT_EQ(pane.Input().font().family(), installed);
+}
 
 TEST_F(IrcPaneTest, PaintsColoursBackgroundsBoldAndUnderline) {
     core.AddText("plain \x03"

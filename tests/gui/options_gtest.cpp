@@ -1,15 +1,23 @@
 // The options dialog against the settings record: OK, Cancel, the short-server-info quirk, the
 // number conversions, the colour boxes, the previews, field validation and the placeholder picker.
 #include "app/app_settings.h"
+#include "app/settings_file.h"
 #include "gui/box_validation.h"
+#include "gui/extras_page.h"
 #include "gui/frm_modifiers.h"
 #include "gui/frm_options.h"
 #include "gui/irc_palette.h"
 #include "tests/gui/fake_message_boxes.h"
+#include "tests/support/temp_folder.h"
+
+#include <set>
+#include <sstream>
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QFocusEvent>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -69,6 +77,69 @@ TEST_F(OptionsFixture, OkStoresTextsNumbersAndFlags) {
 }
 
 // The short-info box lands in AllowServInfo after the server-info box; AllowSServerInfo never moves.
+TEST_F(OptionsFixture, EnterInABoxBesideABrowseButtonPressesOk) {
+    frmOptions dlg(settings, boxes);
+    dlg.show();
+    for (auto* button : dlg.findChildren<QPushButton*>()) // a default "Browse..." would open its dialog
+        ASSERT_EQ(button->isDefault() || button->autoDefault(), button->objectName() == "cmdOK")
+            << button->text().toStdString();
+    dlg.findChild<QTabWidget*>("sstOptions")->setCurrentIndex(2);
+    Box(dlg, "txtLogFolder")->setFocus();
+    Box(dlg, "txtDefGamPort")->setText("27961");
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(Box(dlg, "txtLogFolder"), &enter);
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
+    EXPECT_EQ(settings.DefaultPort, 27961);
+}
+
+TEST_F(OptionsFixture, ExtrasPageHasARowForEveryKeyOfTheSettingsFile) {
+    test::TempFolder home;
+    settings.AppPath = home.Slash();
+    app::SaveSettings(settings);
+    const std::string file = test::ReadBytes(home.File("Tallybot.ini"));
+    std::set<std::string> written; // the keys of [Extras], up to the next blank line
+    std::istringstream lines(file.substr(file.find("[Extras]")));
+    std::string line;
+    std::getline(lines, line);
+    while (std::getline(lines, line) && line.find('=') != std::string::npos)
+        written.insert(line.substr(0, line.find('=')));
+    std::set<std::string> rows;
+    for (const auto& row : desktop::ExtrasRows())
+        rows.insert(row.key);
+    EXPECT_EQ(rows, written);
+}
+
+TEST_F(OptionsFixture, ExtrasPageRoundTripAndRefusal) {
+    settings.Extras.IrcTls = 1;
+    settings.Extras.IrcEncoding = "UTF-8";
+    settings.Extras.IdentPort = 1113;
+    settings.Extras.IrcPassword = "secret";
+    frmOptions dlg(settings, boxes);
+    EXPECT_TRUE(Check(dlg, "extIrcTls")->isChecked());
+    EXPECT_EQ(dlg.findChild<QComboBox*>("extIrcEncoding")->currentText(), "UTF-8");
+    EXPECT_EQ(Box(dlg, "extIdentPort")->text(), "1113");
+    Check(dlg, "extAutoReconnect")->setChecked(true);
+    Box(dlg, "extIdentPort")->setText("2113");
+    auto* sasl = dlg.findChild<QComboBox*>("extSaslMechanism");
+    sasl->setCurrentIndex(sasl->findData("EXTERNAL"));
+    Box(dlg, "extIrcTlsPinSha256")->setText("not hex");
+    Click(dlg, "cmdOK");
+    EXPECT_NE(dlg.result(), QDialog::Accepted);
+    EXPECT_EQ(boxes.LastText(), "The certificate fingerprint must be 64 hexadecimal digits (colons allowed).");
+    EXPECT_EQ(dlg.findChild<QTabWidget*>("sstOptions")->currentWidget()->objectName(), "pagExtras");
+    EXPECT_EQ(settings.Extras.AutoReconnect, 0);
+    const std::string pin(64, 'a');
+    Box(dlg, "extIrcTlsPinSha256")->setText(QString::fromStdString(pin));
+    Click(dlg, "cmdOK");
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
+    EXPECT_EQ(settings.Extras.AutoReconnect, 1);
+    EXPECT_EQ(settings.Extras.IdentPort, 2113);
+    EXPECT_EQ(settings.Extras.SaslMechanism, "EXTERNAL");
+    EXPECT_EQ(settings.Extras.IrcTlsPinSha256, pin);
+    EXPECT_EQ(settings.Extras.IrcPassword, "secret");
+    EXPECT_EQ(settings.Extras.IrcEncoding, "UTF-8");
+}
+
 TEST_F(OptionsFixture, ShortServerInfoBoxWinsAllowServInfo) {
     for (const bool shortOn : {true, false}) {
         settings.AllowServInfo = 1;

@@ -64,6 +64,26 @@ TEST_F(ProfilesTest, NewAsksForANameAndWritesTheFileAtOnce) {
     EXPECT_EQ(settings.Profiles.ProfileCount, 3);
 }
 
+TEST_F(ProfilesTest, OpensOnTheProfileInUseAndAsksBeforeEditsAreLost) {
+    const int ctf = Row("ctf") + 1;
+    settings.Profiles.CurrentProfile = ctf;
+    desktop::frmProfiles editor(settings, boxes);
+    editor.show();
+    EXPECT_EQ(editor.ShownIndex(), ctf);
+    editor.findChild<QLineEdit*>("txtDescription")->setText("edited");
+    editor.findChild<QListWidget*>("lstProfiles")->setCurrentRow(Row("Default")); // no answer: Cancel
+    EXPECT_EQ(boxes.questions.back(), "Game profiles|The profile \"ctf\" has changes that are not saved. Save them?");
+    EXPECT_EQ(editor.ShownIndex(), ctf);
+    EXPECT_EQ(editor.findChild<QListWidget*>("lstProfiles")->currentRow(), ctf - 1);
+    boxes.saveChoices = {desktop::SaveChoice::Cancel, desktop::SaveChoice::Save};
+    editor.reject();
+    EXPECT_TRUE(editor.isVisible());
+    editor.reject();
+    EXPECT_FALSE(editor.isVisible());
+    EXPECT_NE(tallybot::test::ReadBytes(home.File("Profiles/ctf.igp")).find("Description=edited"), std::string::npos);
+    EXPECT_EQ(boxes.questions.size(), 3u);
+}
+
 TEST_F(ProfilesTest, SaveWritesTheEditedFields) {
     dialog->ShowProfile(Row("ctf") + 1);
     Box("txtDescription")->setText("capture the flag");
