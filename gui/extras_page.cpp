@@ -116,6 +116,20 @@ const std::vector<ExtrasRow>& ExtrasRows() {
         {"WinWidth", K::Number, "Window widt&h",
          "Kept with the window position; 0: the first size, fitted to the screen.", &X::WinWidth, nullptr, 0, 16384},
         {"WinHeight", K::Number, "Window heigh&t", "As the width.", &X::WinHeight, nullptr, 0, 16384},
+        {"UserFromIdent", K::Flag, "&User name from the e-mail address",
+         "Registers with the part of the e-mail address before \"@\", which every server accepts.", &X::UserFromIdent},
+        {"ShowErrorNumerics", K::Flag, "Show the server's &numeric errors",
+         "Shows every error the server sends (400 to 599) in the error colour, such as a refused user name.",
+         &X::ShowErrorNumerics},
+        {"JoinAfter422", K::Flag, "&Join when there is no MOTD",
+         "Joins the channel after 422 (no message of the day) as after its end.", &X::JoinAfter422},
+        {"TrailingAfterPrefix", K::Flag, "Te&xt after the sender's address",
+         "Reads a line's text after the sender, so users with IPv6 hosts are understood.", &X::TrailingAfterPrefix},
+        {"NickFrom001", K::Flag, "Nick from the welcome, retr&y a taken one",
+         "Takes the own nick from the server's welcome; a taken nick is retried with \"_\" up to three times.",
+         &X::NickFrom001},
+        {"QueryRetry", K::Flag, "Pro&be a silent game server again",
+         "After ten silent rounds, probes after 30 s, doubling to 10 minutes, instead of stopping.", &X::QueryRetry},
     };
     return rows;
 }
