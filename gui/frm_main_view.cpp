@@ -1,6 +1,7 @@
 // frmMain: mirroring the view state, first activation, resize to the tray and closing.
 #include "app/app_settings.h"
 #include "app/logic/main_logic.h"
+#include "base/window_units.h"
 #include "gui/frm_main.h"
 #include "gui/message_boxes.h"
 #include "query/query_cycle.h"
@@ -154,7 +155,7 @@ void frmMain::Form_Activate() {
         return;
     }
     if (settings.RemWinPos == 1) {
-        move(settings.WinLeft, settings.WinTop);
+        move(base::TwipsToPixels(settings.WinLeft, logicalDpiX()), base::TwipsToPixels(settings.WinTop, logicalDpiY()));
     } else if (const QScreen* screen = this->screen()) {
         const QRect area = screen->availableGeometry();
         move(area.x() + (area.width() - frameGeometry().width()) / 2,
@@ -169,6 +170,8 @@ void frmMain::StorePlacement() {
     const QPoint topLeft = view.WindowState == 0 ? pos() : normalGeometry().topLeft();
     view.WindowTop = topLeft.y();
     view.WindowLeft = topLeft.x();
+    view.WindowDpiX = logicalDpiX();
+    view.WindowDpiY = logicalDpiY();
 }
 
 void frmMain::Form_Resize() {

@@ -45,6 +45,10 @@ void MainLogic::Handler(const char* procedure, const std::function<void()>& body
     Sync();
 }
 
+void MainLogic::Step(const char* module, const char* procedure, const std::function<void()>& body) {
+    base::Trap(m_log.get(), module, procedure, body);
+}
+
 void MainLogic::Sync() {
     const query::QueryView& q = m_view.Query;
     SyncTimer(MainTimer::GamQuery, q.tmrGamQueryEnabled, q.tmrGamQueryInterval);

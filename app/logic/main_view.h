@@ -69,8 +69,10 @@ struct MainView {
     std::string Caption;
     bool KeepOnTop = false;
     int WindowState = 0; // 0 normal, 1 minimised, 2 maximised
-    int WindowTop = 0;
+    int WindowTop = 0;   // pixels; the settings file keeps twips
     int WindowLeft = 0;
+    double WindowDpiX = 96; // the logical dpi of the window's screen, for the conversion to twips
+    double WindowDpiY = 96;
 };
 
 } // namespace tallybot::app

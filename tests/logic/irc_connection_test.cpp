@@ -66,6 +66,18 @@ TEST_F(LogicTest, JoinPostsTheOnJoinMessageAndArmsIntervalPostsOnlyWithBothConne
     EXPECT_FALSE(timers.Last(MainTimer::IRCPost)->enabled);
 }
 
+TEST_F(LogicTest, OnJoinMessageGoesOutWithTheJoinAndThePerformCommandOnceJoined) {
+    std::string ini = IrcIni() + "[OnJoin]\r\nEnabled=1\r\nMessage=Hello\r\n";
+    ini.insert(ini.find("\r\n") + 2, "PerformEnable=1\r\nPerformCmd=/msg NickServ hi\r\n");
+    Start(ini);
+    logic->cmdIRCConnection_Click();
+    logic->Irc().OnServerConnected();
+    logic->Irc().OnServerData(":irc.test 376 Bot :End of MOTD\r\n"); // state 2: JOIN sent
+    EXPECT_EQ(transport.Last(), "PRIVMSG #chan :Hello\r\n");
+    logic->Irc().OnServerData(":Bot!u@h JOIN :#chan\r\n"); // state 3: joined
+    EXPECT_EQ(transport.Last(), "PRIVMSG NickServ :hi\r\n");
+}
+
 TEST_F(LogicTest, AConnectionThatFailsOnItsOwnGivesBackItsConnState) {
     Start(IrcIni());
     logic->cmdIRCConnection_Click();
