@@ -55,6 +55,14 @@ TEST_F(LogicTest, FormLoadFillsHistoriesAndTimers) {
     EXPECT_FALSE(timers.Last(MainTimer::GamQuery)->enabled);
 }
 
+TEST_F(LogicTest, AQueryTimeThatIsNoNumberLeavesTheQueryTimerStill) {
+    Start("[Game]\r\n1Host=127.0.0.1:27960\r\nQueryTime=abc\r\n");
+    logic->cmdGamQuery_Click();
+    ASSERT_TRUE(logic->Query().IsRunning());
+    EXPECT_EQ(logic->View().Query.tmrGamQueryInterval, 0);
+    EXPECT_FALSE(timers.Last(MainTimer::GamQuery)->enabled);
+}
+
 TEST_F(LogicTest, FirstStartWithoutSettingsLeavesBoxesEmptyAndConnectDisabled) {
     Start();
     const MainView& v = logic->View();
