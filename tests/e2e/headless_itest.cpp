@@ -1,6 +1,7 @@
 // The whole program without a window: `tallybot --headless` with its own home folder, a real
 // ngircd, the game-server simulator and a user in the channel who reads what the bot posts.
 #include "tests/e2e/tallybot_process.h"
+#include "tests/support/fake_irc_server.h"
 #include "tests/support/gamesim_process.h"
 #include "tests/support/irc_test_client.h"
 #include "tests/support/ngircd_server.h"
@@ -20,6 +21,7 @@ using namespace std::chrono_literals;
 using tallybot::test::ReadBytes;
 using tallybot::test::TempFolder;
 using tallybot::test::WriteBytes;
+using testsupport::FakeIrcServer;
 using testsupport::GamesimProcess;
 using testsupport::IrcTestClient;
 using testsupport::NgircdServer;
@@ -184,6 +186,27 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
                     .match(QString::fromLatin1(log.c_str()))
                     .hasMatch())
         << log;
+}
+
+// Once the shutdown has begun (the QUIT is out, the server has not closed yet) the remote-control
+// channel takes no command: the settings are being saved.
+TEST(HeadlessSendTest, ACommandSentDuringShutdownIsRefused) {
+    FakeIrcServer irc;
+    ASSERT_TRUE(irc.Listen());
+    TempFolder home;
+    const QString homeArg = QString::fromStdString(home.File(""));
+    WriteBytes(home.File("Tallybot.ini"), "[IRC]\r\n1Server=127.0.0.1\r\n1Port=" + std::to_string(irc.Port()) +
+                                              "\r\n1Channel=#test\r\n1Nick=Tallybot\r\n[Extras]\r\nIdentEnabled=0\r\n");
+    TallybotProcess bot;
+    ASSERT_TRUE(bot.Start({"--home", homeArg, "--headless"}));
+    ASSERT_TRUE(irc.WaitForLine("^NICK ")) << bot.Transcript();
+    EXPECT_EQ(RunTallybot({"--home", homeArg, "--send", "DisGam"}), 0);
+    bot.Terminate();
+    ASSERT_TRUE(irc.WaitForLine("^QUIT ")) << bot.Transcript();
+    EXPECT_EQ(RunTallybot({"--home", homeArg, "--send", "ConIRC"}), 1);
+    irc.CloseClient();
+    ASSERT_TRUE(bot.WaitForExit()) << bot.Transcript();
+    EXPECT_EQ(irc.Connections(), 1);
 }
 
 TEST(HeadlessSendTest, SendWithoutARunningInstanceFails) {
