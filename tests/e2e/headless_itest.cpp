@@ -2,14 +2,19 @@
 // ngircd, the game-server simulator and a user in the channel who reads what the bot posts.
 #include "tests/e2e/tallybot_process.h"
 #include "tests/support/fake_irc_server.h"
+#include "tests/support/fixture_file.h"
 #include "tests/support/gamesim_process.h"
 #include "tests/support/irc_test_client.h"
 #include "tests/support/ngircd_server.h"
 #include "tests/support/temp_folder.h"
 
+#include <algorithm>
+#include <cstdio>
+#include <memory>
 #include <set>
 #include <sstream>
 
+#include <QElapsedTimer>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -186,6 +191,39 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
                     .match(QString::fromLatin1(log.c_str()))
                     .hasMatch())
         << log;
+}
+
+// SIGTERM in the middle of a burst of remote commands and channel commands: every run saves the
+// whole settings file, though each starts from a file that lacks most keys.
+TEST_F(HeadlessTest, TerminatedDuringABurstEveryRunSavesEverySetting) {
+    const std::set<std::string> expected = Keys(tallybot::test::ReadFixture("settings/default.ini"));
+    ASSERT_FALSE(expected.empty());
+    QElapsedTimer elapsed;
+    elapsed.start();
+    for (int run = 1; run <= 50; ++run) {
+        SCOPED_TRACE("run " + std::to_string(run));
+        WriteBytes(home.File("Tallybot.ini"), SettingsFile(ircd.Port()));
+        TallybotProcess runBot;
+        ASSERT_TRUE(runBot.Start({"--home", homeArg, "--headless"}));
+        ASSERT_TRUE(alice.WaitForLine(R"(^:Tallybot!\S+ JOIN :?#test$)")) << runBot.Transcript();
+        std::vector<std::unique_ptr<QProcess>> senders;
+        for (const char* command : {"DisGam", "ConGam", "DisGam", "ConGam"}) {
+            senders.push_back(std::make_unique<QProcess>());
+            senders.back()->start(TallybotBinary(), {"--home", homeArg, "--send", command});
+        }
+        for (int i = 0; i < 4; ++i)
+            alice.Say("#test", "!ssinfo");
+        runBot.Terminate();
+        ASSERT_TRUE(runBot.WaitForExit()) << runBot.Transcript();
+        EXPECT_EQ(runBot.ExitCode(), 0) << runBot.Transcript();
+        for (auto& sender : senders)
+            sender->waitForFinished(10000);
+        const std::set<std::string> saved = Keys(ReadBytes(home.File("Tallybot.ini")));
+        EXPECT_TRUE(std::includes(saved.begin(), saved.end(), expected.begin(), expected.end()));
+        // The nick is free again before the next run.
+        alice.WaitForLine(R"(^:Tallybot!\S+ QUIT)", 2s);
+    }
+    std::printf("50 terminated runs in %lld ms\n", static_cast<long long>(elapsed.elapsed()));
 }
 
 // Once the shutdown has begun (the QUIT is out, the server has not closed yet) the remote-control
