@@ -103,7 +103,9 @@ void MainLogic::Form_QueryUnload() {
     Step("frmMain", "cmdGamQuery_Click", [&] {
         if (m_settings.ConnState == 2 || m_settings.ConnState == 3) m_query.cmdGamQuery_Click();
     });
-    if (m_settings.ConnState == 1 || m_settings.ConnState == 3) cmdIRCConnection_Click();
+    Step("frmMain", "cmdIRCConnection_Click", [&] {
+        if (m_settings.ConnState == 1 || m_settings.ConnState == 3) cmdIRCConnection_Click();
+    });
     // 2. No help viewer to close; the error report is offered.
     Step("clsAppLog", "HandleAppErrors", [&] { m_log->HandleAppErrors(); });
     // 3. - 5.

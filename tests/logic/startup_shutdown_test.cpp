@@ -124,7 +124,7 @@ TEST_F(LogicTest, ShutdownKeepsStoredHistoryWhereTheListIsEmpty) {
 struct BrokenStep {
     const char* name;
     const char* logged; // "module;procedure" of the error entry
-    void (*breakIt)(LogicTest&, MainLogic&, RecordingShell&);
+    void (*breakIt)(MainLogic&, RecordingShell&);
 };
 
 void PrintTo(const BrokenStep& step, std::ostream* out) {
@@ -139,7 +139,7 @@ TEST_P(ShutdownStepTest, AFailingStepIsLoggedAndTheSettingsAreStillSaved) {
     RegisterIrc();
     logic->cmdGamQuery_Click();
     logic->Settings().ModWinTop = 321; // changed during the run
-    GetParam().breakIt(*this, *logic, shell);
+    GetParam().breakIt(*logic, shell);
 
     logic->Form_QueryUnload();
     EXPECT_EQ(logic->Settings().ConnState, 0);
@@ -155,16 +155,14 @@ TEST_P(ShutdownStepTest, AFailingStepIsLoggedAndTheSettingsAreStillSaved) {
 INSTANTIATE_TEST_SUITE_P(
     Shutdown, ShutdownStepTest,
     ::testing::Values(BrokenStep{"ErrorReport", "clsAppLog;HandleAppErrors",
-                                 [](LogicTest&, MainLogic& l, RecordingShell& shell) {
+                                 [](MainLogic& l, RecordingShell& shell) {
                                      shell.questionFails = true;
                                      l.mnuProfileSel_Click(99); // an error, so the report is offered
                                  }},
                       BrokenStep{"HistoryPortOverflow", "frmMain;SaveHistoryCombos",
-                                 [](LogicTest&, MainLogic& l, RecordingShell&) {
-                                     l.View().cmbIRCPort.List[0] = "99999999999";
-                                 }},
+                                 [](MainLogic& l, RecordingShell&) { l.View().cmbIRCPort.List[0] = "99999999999"; }},
                       BrokenStep{"PlacementOverflow", "frmMain;Form_QueryUnload",
-                                 [](LogicTest&, MainLogic& l, RecordingShell&) { l.View().WindowTop = 200000000; }}),
+                                 [](MainLogic& l, RecordingShell&) { l.View().WindowTop = 200000000; }}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(LogicTest, ShutdownOffersTheErrorReportToTheAddressOfTheSettings) {
