@@ -92,6 +92,7 @@ void SaveExtras(base::IniFile& ini, const base::ExtrasSettings& x) {
 
 void ApplyPresentDayExtras(base::ExtrasSettings& x) {
     x.ModernQuake3 = 1;
+    x.PacedSending = 1; // today's servers drop a client that floods them (a CTCP burst, a command storm)
     x.TwoDigitColours = 1;
     x.UserFromIdent = 1;
     x.ShowErrorNumerics = 1;

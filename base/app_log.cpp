@@ -91,6 +91,7 @@ void clsAppLog::Log(const std::string& module, const std::string& procedure, lon
         std::string entry = FormatEntry(module, procedure, errorNumber, message);
         m_logText += entry;
         m_logText += kCrLf;
+        TrimLogText();
         WriteLogEntry(entry, newFile);
         if (showMessage && m_shell)
             m_shell->ShowMessage(ErrorMessageText(module, procedure, errorNumber, message), m_appTitle);
@@ -100,6 +101,13 @@ void clsAppLog::Log(const std::string& module, const std::string& procedure, lon
     } catch (const std::exception&) {
         ReportOwnError(1000, "Log");
     }
+}
+
+void clsAppLog::TrimLogText() {
+    if (m_logText.size() <= kLogTextLimit) return;
+    // The oldest whole entries go, down to three quarters of the limit, so trimming is rare.
+    const std::size_t cut = m_logText.find(kCrLf, m_logText.size() - kLogTextLimit * 3 / 4);
+    m_logText.erase(0, cut == std::string::npos ? m_logText.size() : cut + 2);
 }
 
 void clsAppLog::WriteLogEntry(const std::string& entry, bool newFile) {

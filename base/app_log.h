@@ -54,13 +54,17 @@ public:
     std::string ReportBody() const;    // facts, the time and the whole LogText
 
     int ErrorCount() const { return m_errorCount; }
+    // The run's entries for the error report: the newest ones, at most kLogTextLimit bytes, so a
+    // program that runs for months holds a bounded log.
     const std::string& LogText() const { return m_logText; }
+    static constexpr std::size_t kLogTextLimit = 256 * 1024;
     const std::string& LogFile() const { return m_logFile; }
     std::string ReportAddress; // empty: no report is offered
     SystemFacts Facts;
 
 private:
     void WriteLogEntry(const std::string& entry, bool newFile);
+    void TrimLogText();
     void ReportOwnError(long number, const char* sub) noexcept; // never logged again
 
     std::string m_logFile;

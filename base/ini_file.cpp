@@ -3,9 +3,11 @@
 #include "base/vb_convert.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tallybot::base {
@@ -174,15 +176,26 @@ std::string IniFile::Serialize() const {
 bool IniFile::Save() const {
     // A read-only file stays as it is, as the platform write leaves it.
     if (::access(m_path.c_str(), F_OK) == 0 && ::access(m_path.c_str(), W_OK) != 0) return false;
-    // Written beside the file and renamed over it, so a failed write never costs the old file.
-    std::string temp = m_path + ".tmp";
-    std::string bytes = Serialize();
-    std::FILE* file = std::fopen(temp.c_str(), "wb");
-    if (!file) return false;
-    bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    bool closed = std::fclose(file) == 0;
+    // Written to a temporary file of a unique name beside the file, created afresh (never opened
+    // through a link someone planted), and renamed over the file only when complete.
+    std::string temp = m_path + ".XXXXXX";
+    const int fd = ::mkstemp(temp.data());
+    if (fd < 0) return false;
+    // The file keeps its permissions; a new one is the owner's alone, as it may hold passwords.
+    struct stat old {};
+    if (::stat(m_path.c_str(), &old) == 0) ::fchmod(fd, old.st_mode & 07777);
+    const std::string bytes = Serialize();
+    bool written = true;
+    for (std::size_t done = 0; written && done < bytes.size();) {
+        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR) continue;
+        written = n > 0;
+        if (written) done += static_cast<std::size_t>(n);
+    }
+    written = written && ::fsync(fd) == 0;
+    const bool closed = ::close(fd) == 0;
     if (!written || !closed || std::rename(temp.c_str(), m_path.c_str()) != 0) {
-        std::remove(temp.c_str());
+        ::unlink(temp.c_str());
         return false;
     }
     return true;

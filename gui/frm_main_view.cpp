@@ -1,6 +1,7 @@
 // frmMain: mirroring the view state, first activation, resize to the tray and closing.
 #include "app/app_settings.h"
 #include "app/logic/main_logic.h"
+#include "base/window_units.h"
 #include "gui/frm_main.h"
 #include "gui/message_boxes.h"
 #include "gui/window_geometry.h"
@@ -182,7 +183,9 @@ void frmMain::Form_Activate() {
         showMaximized();
         return;
     }
-    move(settings.RemWinPos == 1 ? QPoint(settings.WinLeft, settings.WinTop) : place.topLeft);
+    move(settings.RemWinPos == 1 ? QPoint(base::TwipsToPixels(settings.WinLeft, logicalDpiX()),
+                                          base::TwipsToPixels(settings.WinTop, logicalDpiY()))
+                                  : place.topLeft);
     show();
     if (settings.RemWinPos == 1) return;
     // Shown, the real frame is known: centre again with it.
@@ -200,6 +203,8 @@ void frmMain::StorePlacement() {
     const QSize size = view.WindowState == 0 ? this->size() : normalGeometry().size();
     view.WindowWidth = size.width();
     view.WindowHeight = size.height();
+    view.WindowDpiX = logicalDpiX();
+    view.WindowDpiY = logicalDpiY();
 }
 
 void frmMain::Form_Resize() {

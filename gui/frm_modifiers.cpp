@@ -1,6 +1,8 @@
 #include "gui/frm_modifiers.h"
 
 #include "app/app_settings.h"
+#include "base/error_trap.h"
+#include "base/window_units.h"
 #include "gui/message_boxes.h"
 #include "reporting/templates.h"
 
@@ -39,13 +41,15 @@ void frmModifiers::Choose(int row) {
 }
 
 void frmModifiers::showEvent(QShowEvent* event) {
-    move(m_settings.ModWinLeft, m_settings.ModWinTop);
+    move(base::TwipsToPixels(m_settings.ModWinLeft, logicalDpiX()),
+         base::TwipsToPixels(m_settings.ModWinTop, logicalDpiY()));
     QDialog::showEvent(event);
 }
 
 void frmModifiers::hideEvent(QHideEvent* event) {
-    m_settings.ModWinLeft = pos().x();
-    m_settings.ModWinTop = pos().y();
+    // A position beyond the file's range (never on a real screen) leaves the stored one as it was.
+    base::ResumeNext([&] { m_settings.ModWinLeft = base::PixelsToTwips(pos().x(), logicalDpiX()); });
+    base::ResumeNext([&] { m_settings.ModWinTop = base::PixelsToTwips(pos().y(), logicalDpiY()); });
     QDialog::hideEvent(event);
 }
 

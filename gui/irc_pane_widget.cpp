@@ -24,7 +24,7 @@ namespace tallybot::desktop {
 
 namespace {
 
-constexpr int kPaneBlockLimit = 2000; // as many lines as the core keeps
+constexpr int kPaneBlockLimit = 2000; // the window's scrollback; the core keeps fewer
 
 int ShiftMask(Qt::KeyboardModifiers modifiers) {
     int mask = 0;

@@ -170,7 +170,9 @@ public:
     void OnDccClosed() override;
     void OnDccError(int number, const std::string& description) override;
 
-    static constexpr std::size_t kPaneLimit = 2000; // older lines leave the model
+    // Older lines leave the model, as a chat window keeps a bounded scrollback; the window's
+    // pane keeps its own copy, so this bounds what a headless run holds.
+    static constexpr std::size_t kPaneLimit = 500;
 
 private:
     // Line handling (usc_irc_lines.cpp, usc_irc_numerics.cpp, usc_irc_ctcp.cpp, usc_irc_dcc.cpp).

@@ -45,6 +45,10 @@ void MainLogic::Handler(const char* procedure, const std::function<void()>& body
     Sync();
 }
 
+void MainLogic::Step(const char* module, const char* procedure, const std::function<void()>& body) {
+    base::Trap(m_log.get(), module, procedure, body);
+}
+
 void MainLogic::Sync() {
     const query::QueryView& q = m_view.Query;
     SyncTimer(MainTimer::GamQuery, q.tmrGamQueryEnabled, q.tmrGamQueryInterval);
@@ -54,6 +58,8 @@ void MainLogic::Sync() {
 }
 
 void MainLogic::SyncTimer(MainTimer timer, bool enabled, int intervalMs) {
+    // A form timer with interval 0 never fires; a QTimer would fire at once and again.
+    enabled = enabled && intervalMs > 0;
     AppliedTimer& applied = m_applied[static_cast<int>(timer)];
     if (applied.known && applied.enabled == enabled && applied.interval == intervalMs) return;
     applied = {true, enabled, intervalMs};

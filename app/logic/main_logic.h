@@ -136,6 +136,9 @@ private:
     void SyncTimer(MainTimer timer, bool enabled, int intervalMs);
     // Runs body under the window's error trap, then Sync().
     void Handler(const char* procedure, const std::function<void()>& body);
+    // One procedure of start-up or shutdown under its own trap, named by its module and itself.
+    void Step(const char* module, const char* procedure, const std::function<void()>& body);
+    void StoreWindowPlacement();
 
     AppSettings m_settings;
     query::GameState m_game;

@@ -3,6 +3,7 @@
 #include "app/settings_file.h"
 #include "base/error_trap.h"
 #include "base/vb_convert.h"
+#include "base/window_units.h"
 #include "profiles/profile_store.h"
 #include "reporting/templates.h"
 
@@ -23,13 +24,11 @@ void MainLogic::Main(const StartupOptions& options) {
     m_ctx.log = m_log.get();
     m_log->Log("modMain", "Main", 0, "Application startup, initializing", false, false, true);
 
-    base::Trap(m_log.get(), "modMain", "Main", [&] {
-        // 3. Common controls: nothing to initialise here.
-        // 4. Profiles, then 5. settings.
-        profiles::LoadAllProfiles(m_settings);
-        LoadSettings(m_settings);
-        m_log->ReportAddress = m_settings.Extras.ReportAddress;
-    });
+    // 3. Common controls: nothing to initialise here. 4. Profiles, then 5. settings, each under
+    // its own trap, so a broken profile never costs the settings.
+    Step("modMain", "LoadAllProfiles", [&] { profiles::LoadAllProfiles(m_settings); });
+    Step("modMain", "LoadSettings", [&] { LoadSettings(m_settings); });
+    m_log->ReportAddress = m_settings.Extras.ReportAddress;
     // 6. The main window.
     Form_Load();
 }
@@ -37,8 +36,8 @@ void MainLogic::Main(const StartupOptions& options) {
 void MainLogic::Form_Load() {
     Handler("Form_Load", [&] {
         RefreshProfileMenu();
-        LoadHistoryCombos();
-        ApplyDisplayOptions();
+        Step("frmMain", "LoadHistoryCombos", [&] { LoadHistoryCombos(); });
+        Step("frmMain", "ApplyDisplayOptions", [&] { ApplyDisplayOptions(); });
         cmbGamServer_Change(m_view.Query.cmbGamServerText);
         m_view.Caption = std::string(kAppTitle) + " " + reporting::ProgramVersion();
         m_log->Log("frmMain", "Form_Load", 0, "Form loaded");
@@ -91,26 +90,36 @@ void MainLogic::SaveHistoryCombos() {
     save(m_view.cmbGamServerList, m_settings.GameHost, text);
 }
 
+void MainLogic::StoreWindowPlacement() {
+    m_settings.WinState = m_view.WindowState;
+    m_settings.WinTop = base::PixelsToTwips(m_view.WindowTop, m_view.WindowDpiY);
+    m_settings.WinLeft = base::PixelsToTwips(m_view.WindowLeft, m_view.WindowDpiX);
+    m_settings.Extras.WinWidth = m_view.WindowWidth;
+    m_settings.Extras.WinHeight = m_view.WindowHeight;
+}
+
+// Every step runs under its own trap: a failing step is logged and the ones after it, the
+// settings save above all, still run.
 void MainLogic::Form_QueryUnload() {
-    Handler("Form_QueryUnload", [&] {
-        // 1. The game query first, then IRC; ConnState is read again in between.
+    // 1. The game query first, then IRC; ConnState is read again in between.
+    Step("frmMain", "cmdGamQuery_Click", [&] {
         if (m_settings.ConnState == 2 || m_settings.ConnState == 3) m_query.cmdGamQuery_Click();
-        if (m_settings.ConnState == 1 || m_settings.ConnState == 3) cmdIRCConnection_Click();
-        // 2. No help viewer to close; the error report is offered.
-        m_log->HandleAppErrors();
-        // 3. - 5.
-        SaveHistoryCombos();
-        if (m_settings.RemWinPos == 1) {
-            m_settings.WinState = m_view.WindowState;
-            m_settings.WinTop = m_view.WindowTop;
-            m_settings.WinLeft = m_view.WindowLeft;
-            m_settings.Extras.WinWidth = m_view.WindowWidth;
-            m_settings.Extras.WinHeight = m_view.WindowHeight;
-        }
-        SaveSettings(m_settings);
     });
+    Step("frmMain", "cmdIRCConnection_Click", [&] {
+        if (m_settings.ConnState == 1 || m_settings.ConnState == 3) cmdIRCConnection_Click();
+    });
+    // 2. No help viewer to close; the error report is offered.
+    Step("clsAppLog", "HandleAppErrors", [&] { m_log->HandleAppErrors(); });
+    // 3. - 5.
+    Step("frmMain", "SaveHistoryCombos", [&] { SaveHistoryCombos(); });
+    Step("frmMain", "Form_QueryUnload", [&] {
+        if (m_settings.RemWinPos == 1) StoreWindowPlacement();
+    });
+    Step("modMain", "SaveSettings", [&] { SaveSettings(m_settings); });
+    // 6. The remote-control channel is closed by the runtime before these steps begin.
     // 7. The run ends with a fresh file holding only this line.
     m_log->Log("frmMain", "Form_QueryUnload", 0, "Application terminated normally", false, false, true);
+    Sync();
 }
 
 } // namespace tallybot::app

@@ -69,10 +69,12 @@ struct MainView {
     std::string Caption;
     bool KeepOnTop = false;
     int WindowState = 0; // 0 normal, 1 minimised, 2 maximised
-    int WindowTop = 0;
+    int WindowTop = 0;   // pixels; the settings file keeps twips
     int WindowLeft = 0;
     int WindowWidth = 0; // of the normal (not maximised) window
     int WindowHeight = 0;
+    double WindowDpiX = 96; // the logical dpi of the window's screen, for the conversion to twips
+    double WindowDpiY = 96;
 };
 
 } // namespace tallybot::app

@@ -47,6 +47,8 @@ bool AppRuntime::Start(const StartupOptions& options) {
 void AppRuntime::Shutdown() {
     if (m_shutDown) return;
     m_shutDown = true;
+    // No remote command may reach a program that is saving its settings (the hook goes first).
+    m_remote.Close();
     const bool ircOpen = m_logic.Irc().ConnectStatus() != irc::kNotConnected;
     m_logic.Form_QueryUnload();
     if (!ircOpen) return;

@@ -49,6 +49,11 @@ bool RemoteServer::Listen(const QString& homeFolder) {
     return m_server.listen(name);
 }
 
+void RemoteServer::Close() {
+    m_server.close();
+    m_handler = nullptr;
+}
+
 bool RemoteServer::Send(const QString& homeFolder, const std::string& command, int timeoutMs) {
     QLocalSocket socket;
     socket.connectToServer(ChannelName(homeFolder));
@@ -74,7 +79,7 @@ void RemoteServer::OnNewConnection() {
                                                   std::min<qsizetype>(buffer->size(), 1 + base::kRemoteBufferSize)));
             socket->deleteLater();
             if (auto command = base::DecodeRemoteMessage(std::string_view(buffer->constData(), buffer->size()));
-                command)
+                command && m_handler)
                 m_handler(*command);
         });
     }

@@ -21,6 +21,8 @@ public:
 
     // Listens on the channel of this home folder; false when another instance already listens.
     bool Listen(const QString& homeFolder);
+    // Stops listening and drops what is still on its way: shutdown takes no more commands.
+    void Close();
     // Delivers a command to the instance of that home folder; false when none listens.
     static bool Send(const QString& homeFolder, const std::string& command, int timeoutMs = 2000);
     // The socket's full path (a bare name only when neither place can hold it).

@@ -76,7 +76,9 @@ void QueryRunner::Click() {
 }
 
 void QueryRunner::Sync() {
-    if (!m_view.tmrGamQueryEnabled) {
+    // A form timer with interval 0 (QueryTime 0, or "abc" in the file) never fires; a QTimer would
+    // fire at once and again.
+    if (!m_view.tmrGamQueryEnabled || m_view.tmrGamQueryInterval <= 0) {
         m_timer.stop();
         return;
     }

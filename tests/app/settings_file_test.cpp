@@ -77,9 +77,9 @@ TEST(SettingsFile, EveryKeyIsReadAndWrittenBack) {
 // A new home is written with the values today's servers need; an existing file without the key
 // keeps the classic behaviour.
 TEST(SettingsFile, NewHomeGetsPresentDayExtrasAndAnOldFileKeepsTheClassicOnes) {
-    const char* presentDay[] = {"ModernQuake3=1\r\n",      "TwoDigitColours=1\r\n", "UserFromIdent=1\r\n",
-                                "ShowErrorNumerics=1\r\n", "JoinAfter422=1\r\n",    "TrailingAfterPrefix=1\r\n",
-                                "NickFrom001=1\r\n",       "QueryRetry=1\r\n"};
+    const char* presentDay[] = {"ModernQuake3=1\r\n",        "PacedSending=1\r\n",      "TwoDigitColours=1\r\n",
+                                "UserFromIdent=1\r\n",       "ShowErrorNumerics=1\r\n", "JoinAfter422=1\r\n",
+                                "TrailingAfterPrefix=1\r\n", "NickFrom001=1\r\n",       "QueryRetry=1\r\n"};
     TempFolder fresh;
     AppSettings settings = LoadFrom(fresh);
     const std::string written = SaveAndRead(settings, fresh);
@@ -162,6 +162,21 @@ TEST(SettingsFile, ExtrasRoundTrip) {
     EXPECT_EQ(loaded.Extras.SaslMechanism, "PLAIN");
     EXPECT_EQ(loaded.Extras.IrcEncoding, "UTF-8");
     EXPECT_EQ(loaded.Extras.ReportAddress, "dev@example.org");
+}
+
+// A link planted under the name the save once used for its temporary file is neither followed
+// nor replaced: the file it points to stays as it was.
+TEST(SettingsFile, SaveFollowsNoLinkPlantedBesideTheFile) {
+    TempFolder folder, elsewhere;
+    WriteBytes(elsewhere.File("victim"), "keep");
+    std::filesystem::create_symlink(elsewhere.File("victim"), folder.File("Tallybot.ini.tmp"));
+    AppSettings settings;
+    settings.RealName = "saved";
+    SaveAndRead(settings, folder);
+    EXPECT_EQ(ReadBytes(elsewhere.File("victim")), "keep");
+    EXPECT_FALSE(std::filesystem::is_symlink(folder.File("Tallybot.ini")));
+    EXPECT_EQ(LoadFrom(folder).RealName, "saved");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Slash()), {}), 2); // no temporary left
 }
 
 TEST(SettingsFile, UnwritableFolderIsIgnored) {

@@ -84,6 +84,21 @@ TEST_F(AppLogTest, CountsErrorsAndKeepsEveryEntryInMemory) {
     EXPECT_TRUE(shell.messages.empty());
 }
 
+// A run of months keeps its newest entries, whole, and still counts every error.
+TEST_F(AppLogTest, MemoryKeepsTheNewestEntriesWithinItsLimit) {
+    clsAppLog log = MakeLog(folder.File("sub/none.log")); // no file: only the memory matters
+    const std::string message(200, 'x');
+    const std::size_t entries = 2 * clsAppLog::kLogTextLimit / message.size();
+    for (std::size_t i = 0; i < entries; ++i)
+        log.Log("m", "p", 6, message + std::to_string(i));
+    EXPECT_EQ(log.ErrorCount(), static_cast<int>(entries));
+    EXPECT_LE(log.LogText().size(), clsAppLog::kLogTextLimit);
+    EXPECT_GT(log.LogText().size(), clsAppLog::kLogTextLimit / 2);
+    EXPECT_EQ(log.LogText().rfind("m;p;", 0), 0u);
+    const std::string last = message + std::to_string(entries - 1) + "\r\n";
+    EXPECT_EQ(log.LogText().substr(log.LogText().size() - last.size()), last);
+}
+
 TEST_F(AppLogTest, NewFileStartsTheFileAfresh) {
     clsAppLog log = MakeLog();
     log.Log("modMain", "Main", 0, "Application startup, initializing", false, false, true);

@@ -1,4 +1,5 @@
 #include "base/vb_convert.h"
+#include "base/window_units.h"
 
 #include <cstdint>
 #include <optional>
@@ -114,6 +115,21 @@ TEST(VbConvert, ProfileIntReadsLeadingDigitsLikeThePlatform) {
 TEST(VbConvert, CStrHasNoLeadingBlank) {
     EXPECT_EQ(CStr(27960), "27960");
     EXPECT_EQ(CStr(-3), "-3");
+}
+
+// Window positions: twips in the file, pixels on a screen of the given logical dpi.
+TEST(VbConvert, WindowPositionsBetweenTwipsAndPixels) {
+    struct {
+        std::int32_t twips;
+        double dpi;
+        std::int32_t pixels;
+    } cases[] = {{7500, 96, 500}, {7500, 144, 750}, {-1500, 96, -100}, {1500, 0, 100}, {22, 96, 1}, {23, 96, 2}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(base::TwipsToPixels(c.twips, c.dpi), c.pixels) << c.twips << " at " << c.dpi;
+        EXPECT_EQ(base::PixelsToTwips(c.pixels, c.dpi), c.twips == 22 || c.twips == 23 ? c.pixels * 15 : c.twips);
+    }
+    EXPECT_EQ(base::PixelsToTwips(143165576, 96), 2147483640);
+    EXPECT_THROW(base::PixelsToTwips(143165577, 96), VbError); // beyond the file's 32-bit range
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // The whole program without a window: `tallybot --headless` with its own home folder, a real
 // ngircd, the game-server simulator and a user in the channel who reads what the bot posts.
 #include "tests/e2e/tallybot_process.h"
+#include "tests/support/fake_irc_server.h"
 #include "tests/support/fixture_file.h"
 #include "tests/support/gamesim_process.h"
 #include "tests/support/irc_test_client.h"
@@ -8,9 +9,12 @@
 #include "tests/support/temp_folder.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <memory>
 #include <set>
 #include <sstream>
 
+#include <QElapsedTimer>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -22,6 +26,7 @@ using namespace std::chrono_literals;
 using tallybot::test::ReadBytes;
 using tallybot::test::TempFolder;
 using tallybot::test::WriteBytes;
+using testsupport::FakeIrcServer;
 using testsupport::GamesimProcess;
 using testsupport::IrcTestClient;
 using testsupport::NgircdServer;
@@ -240,6 +245,69 @@ TEST_F(HeadlessTest, TerminalShowsSixteenColoursOrNoneWithNoColor) {
         ASSERT_TRUE(alice.WaitForLine(R"(^:Tallybot!\S+ QUIT :)")) << alice.Transcript();
         ASSERT_TRUE(onTerminal.WaitForExit()) << onTerminal.Transcript();
     }
+}
+
+// SIGTERM in the middle of a burst of remote commands and channel commands: every run saves the
+// whole settings file, though each starts from a file that lacks most keys. A scripted server, so
+// that no flood penalty of a real one sets the pace.
+TEST(HeadlessShutdownTest, TerminatedDuringABurstEveryRunSavesEverySetting) {
+    FakeIrcServer irc;
+    ASSERT_TRUE(irc.Listen());
+    TempFolder home;
+    const QString homeArg = QString::fromStdString(home.File(""));
+    const std::set<std::string> expected = Keys(tallybot::test::ReadFixture("settings/default.ini"));
+    ASSERT_FALSE(expected.empty());
+    QElapsedTimer elapsed;
+    elapsed.start();
+    for (int run = 1; run <= 50; ++run) {
+        SCOPED_TRACE("run " + std::to_string(run));
+        WriteBytes(home.File("Tallybot.ini"), SettingsFile(irc.Port()));
+        TallybotProcess bot;
+        ASSERT_TRUE(bot.Start({"--home", homeArg, "--headless"}));
+        ASSERT_TRUE(irc.WaitForLine("^NICK ")) << bot.Transcript();
+        irc.WriteLine(":irc.fake 001 Tallybot :Welcome");
+        irc.WriteLine(":irc.fake 376 Tallybot :End of MOTD");
+        ASSERT_TRUE(irc.WaitForLine("^JOIN #test")) << bot.Transcript();
+        irc.WriteLine(":Tallybot!u@h JOIN :#test");
+        std::vector<std::unique_ptr<QProcess>> senders;
+        for (const char* command : {"DisGam", "ConGam", "DisGam", "ConGam"}) {
+            senders.push_back(std::make_unique<QProcess>());
+            senders.back()->start(TallybotBinary(), {"--home", homeArg, "--send", command});
+        }
+        for (int i = 0; i < 4; ++i)
+            irc.WriteLine(":alice!a@h PRIVMSG #test :!ssinfo");
+        bot.Terminate();
+        ASSERT_TRUE(irc.WaitForLine("^QUIT ")) << bot.Transcript();
+        irc.CloseClient();
+        ASSERT_TRUE(bot.WaitForExit()) << bot.Transcript();
+        EXPECT_EQ(bot.ExitCode(), 0) << bot.Transcript();
+        for (auto& sender : senders)
+            sender->waitForFinished(10000);
+        const std::set<std::string> saved = Keys(ReadBytes(home.File("Tallybot.ini")));
+        EXPECT_TRUE(std::includes(saved.begin(), saved.end(), expected.begin(), expected.end()));
+    }
+    std::printf("50 terminated runs in %lld ms\n", static_cast<long long>(elapsed.elapsed()));
+}
+
+// Once the shutdown has begun (the QUIT is out, the server has not closed yet) the remote-control
+// channel takes no command: the settings are being saved.
+TEST(HeadlessSendTest, ACommandSentDuringShutdownIsRefused) {
+    FakeIrcServer irc;
+    ASSERT_TRUE(irc.Listen());
+    TempFolder home;
+    const QString homeArg = QString::fromStdString(home.File(""));
+    WriteBytes(home.File("Tallybot.ini"), "[IRC]\r\n1Server=127.0.0.1\r\n1Port=" + std::to_string(irc.Port()) +
+                                              "\r\n1Channel=#test\r\n1Nick=Tallybot\r\n[Extras]\r\nIdentEnabled=0\r\n");
+    TallybotProcess bot;
+    ASSERT_TRUE(bot.Start({"--home", homeArg, "--headless"}));
+    ASSERT_TRUE(irc.WaitForLine("^NICK ")) << bot.Transcript();
+    EXPECT_EQ(RunTallybot({"--home", homeArg, "--send", "DisGam"}), 0);
+    bot.Terminate();
+    ASSERT_TRUE(irc.WaitForLine("^QUIT ")) << bot.Transcript();
+    EXPECT_EQ(RunTallybot({"--home", homeArg, "--send", "ConIRC"}), 1);
+    irc.CloseClient();
+    ASSERT_TRUE(bot.WaitForExit()) << bot.Transcript();
+    EXPECT_EQ(irc.Connections(), 1);
 }
 
 TEST(HeadlessSendTest, SendWithoutARunningInstanceFails) {

@@ -160,6 +160,14 @@ TEST_F(FrmMainTest, FirstActivationCentresOrRestoresTheStoredState) {
     Open("[General]\r\nRemWinPos=1\r\nWinState=2\r\nWinTop=40\r\nWinLeft=50\r\n");
     window->Form_Activate();
     EXPECT_TRUE(window->isMaximized());
+    // A normal window goes where the file says, in twips: 15 to the pixel at 96 dpi.
+    logic->SetViewObserver({});
+    window.reset();
+    logic = std::make_unique<app::MainLogic>(transport, clock);
+    Open("[General]\r\nRemWinPos=1\r\nWinState=0\r\nWinTop=1500\r\nWinLeft=3000\r\n");
+    ASSERT_EQ(window->logicalDpiY(), 96);
+    window->Form_Activate();
+    EXPECT_EQ(window->pos(), QPoint(200, 100));
 }
 
 TEST_F(FrmMainTest, AssigningPlayersShowsTheirTeamsInTheList) {

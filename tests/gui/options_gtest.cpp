@@ -288,15 +288,15 @@ TEST_F(OptionsFixture, PickerInsertsAtTheCaretReplacingTheSelection) {
 }
 
 TEST_F(OptionsFixture, PickerOpensWhereItWasClosed) {
-    settings.ModWinLeft = 123;
-    settings.ModWinTop = 77;
+    settings.ModWinLeft = 1845; // twips: 15 to the pixel at 96 dpi
+    settings.ModWinTop = 1155;
     frmOptions dlg(settings, boxes);
     dlg.ShowModifiers(Box(dlg, "txtOnJoinMsg"));
     EXPECT_EQ(dlg.Modifiers().pos(), QPoint(123, 77));
     dlg.Modifiers().move(210, 160);
     dlg.Modifiers().close();
-    EXPECT_EQ(settings.ModWinLeft, 210);
-    EXPECT_EQ(settings.ModWinTop, 160);
+    EXPECT_EQ(settings.ModWinLeft, 3150);
+    EXPECT_EQ(settings.ModWinTop, 2400);
 }
 
 } // namespace

@@ -66,14 +66,39 @@ TEST_F(LogicTest, JoinPostsTheOnJoinMessageAndArmsIntervalPostsOnlyWithBothConne
     EXPECT_FALSE(timers.Last(MainTimer::IRCPost)->enabled);
 }
 
+TEST_F(LogicTest, OnJoinMessageGoesOutWithTheJoinAndThePerformCommandOnceJoined) {
+    std::string ini = IrcIni() + "[OnJoin]\r\nEnabled=1\r\nMessage=Hello\r\n";
+    ini.insert(ini.find("\r\n") + 2, "PerformEnable=1\r\nPerformCmd=/msg NickServ hi\r\n");
+    Start(ini);
+    logic->cmdIRCConnection_Click();
+    logic->Irc().OnServerConnected();
+    logic->Irc().OnServerData(":irc.test 376 Bot :End of MOTD\r\n"); // state 2: JOIN sent
+    EXPECT_EQ(transport.Last(), "PRIVMSG #chan :Hello\r\n");
+    logic->Irc().OnServerData(":Bot!u@h JOIN :#chan\r\n"); // state 3: joined
+    EXPECT_EQ(transport.Last(), "PRIVMSG NickServ :hi\r\n");
+}
+
+// Decided: a connection that fails by itself gives back its share of ConnState at once (the
+// classic rule waited for the operator's disconnect), so nothing is posted into a closed socket.
 TEST_F(LogicTest, AConnectionThatFailsOnItsOwnGivesBackItsConnState) {
     Start(IrcIni());
     logic->cmdIRCConnection_Click();
+    RegisterIrc();
+    logic->cmdGamQuery_Click();
+    ASSERT_EQ(logic->Settings().ConnState, 3);
     transport.serverState = irc::kSockError;
-    logic->Irc().OnServerError(10061, "Connection refused");
-    EXPECT_EQ(logic->Settings().ConnState, 0);
+    logic->Irc().OnServerError(10054, "Connection reset by peer");
+    EXPECT_EQ(logic->Settings().ConnState, 2);
     EXPECT_EQ(logic->View().cmdIRCConnectionCaption, "&Connect");
     EXPECT_TRUE(logic->View().cmbIRCServer.Enabled);
+    EXPECT_FALSE(logic->View().mnuStatToIRCEnabled);
+    EXPECT_FALSE(logic->View().Query.cmdInfoToIRCEnabled);
+    EXPECT_FALSE(timers.Last(MainTimer::IRCPost)->enabled);
+    // One click connects again and both connections count.
+    transport.serverState = irc::kSockConnected;
+    logic->cmdIRCConnection_Click();
+    RegisterIrc();
+    EXPECT_EQ(logic->Settings().ConnState, 3);
 }
 
 TEST_F(LogicTest, DisconnectAfterTheServerClosedRestoresTheButton) {

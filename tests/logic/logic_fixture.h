@@ -2,6 +2,7 @@
 // MainLogic over fake IRC sockets, a standing clock and recorded timers, in a fresh home folder.
 
 #include "app/logic/main_logic.h"
+#include "base/vb_convert.h"
 #include "tests/irc/fake_irc_transport.h"
 #include "tests/support/temp_folder.h"
 
@@ -38,9 +39,11 @@ public:
 class RecordingShell : public base::OperatorShell {
 public:
     std::vector<std::string> messages;
+    bool questionFails = false; // a question that raises an error instead of being answered
     void ShowMessage(const std::string& text, const std::string&) override { messages.push_back(text); }
     bool AskYesNo(const std::string& text, const std::string&) override {
         messages.push_back("?" + text);
+        if (questionFails) throw vb::VbError(5, "Invalid procedure call or argument");
         return false;
     }
     void OpenExternal(const std::string&) override {}

@@ -1,9 +1,27 @@
 // Start-up and shutdown order as the log, the view and the settings file show it.
 #include "app/settings_file.h"
 #include "tests/logic/logic_fixture.h"
+#include "tests/support/fixture_file.h"
+
+#include <set>
+#include <sstream>
 
 namespace tallybot::app::test {
 namespace {
+
+// The keys of an INI text, as "[Section]Key".
+std::set<std::string> Keys(const std::string& ini) {
+    std::set<std::string> keys;
+    std::istringstream in(ini);
+    std::string line, section;
+    while (std::getline(in, line)) {
+        if (!line.empty() && line.front() == '[')
+            section = line.substr(0, line.find(']') + 1);
+        else if (const auto eq = line.find('='); eq != std::string::npos)
+            keys.insert(section + line.substr(0, eq));
+    }
+    return keys;
+}
 
 std::string Entry(const std::string& module, const std::string& procedure, const std::string& message) {
     return module + ";" + procedure + ";" + kStamp + ";0;" + message + "\r\n";
@@ -34,6 +52,14 @@ TEST_F(LogicTest, FormLoadFillsHistoriesAndTimers) {
     EXPECT_TRUE(timers.Last(MainTimer::IRCSendDelay)->enabled);
     EXPECT_EQ(timers.Last(MainTimer::IRCSendDelay)->interval, 1000);
     EXPECT_FALSE(timers.Last(MainTimer::IRCPost)->enabled);
+    EXPECT_FALSE(timers.Last(MainTimer::GamQuery)->enabled);
+}
+
+TEST_F(LogicTest, AQueryTimeThatIsNoNumberLeavesTheQueryTimerStill) {
+    Start("[Game]\r\n1Host=127.0.0.1:27960\r\nQueryTime=abc\r\n");
+    logic->cmdGamQuery_Click();
+    ASSERT_TRUE(logic->Query().IsRunning());
+    EXPECT_EQ(logic->View().Query.tmrGamQueryInterval, 0);
     EXPECT_FALSE(timers.Last(MainTimer::GamQuery)->enabled);
 }
 
@@ -77,11 +103,11 @@ TEST_F(LogicTest, ShutdownStoresWindowPlacementOnlyWithRemWinPos) {
     logic->View().WindowState = 2;
     logic->View().WindowTop = 11;
     logic->View().WindowLeft = 22;
+    logic->View().WindowDpiX = 144; // pixels on the screen, twips in the file
     logic->Form_QueryUnload();
     const std::string ini = ReadBytes(home.File("Tallybot.ini"));
     EXPECT_NE(ini.find("WinState=2\r\nModWinTop"), std::string::npos) << ini;
-    EXPECT_NE(ini.find("WinTop=11\r\n"), std::string::npos);
-    EXPECT_NE(ini.find("WinLeft=22\r\n"), std::string::npos);
+    EXPECT_NE(ini.find("WinTop=165\r\nWinLeft=220\r\n"), std::string::npos) << ini;
 }
 
 TEST_F(LogicTest, ShutdownKeepsStoredHistoryWhereTheListIsEmpty) {
@@ -91,6 +117,62 @@ TEST_F(LogicTest, ShutdownKeepsStoredHistoryWhereTheListIsEmpty) {
     const std::string ini = ReadBytes(home.File("Tallybot.ini"));
     EXPECT_NE(ini.find("1Server=new.test\r\n"), std::string::npos);
     EXPECT_NE(ini.find("2Server=old.test\r\n"), std::string::npos);
+}
+
+// One failing step of the shutdown is logged under its own name; the steps after it still run and
+// the settings file is complete, holding what this run changed.
+struct BrokenStep {
+    const char* name;
+    const char* logged; // "module;procedure" of the error entry
+    void (*breakIt)(MainLogic&, RecordingShell&);
+};
+
+void PrintTo(const BrokenStep& step, std::ostream* out) {
+    *out << step.name;
+}
+
+class ShutdownStepTest : public LogicTest, public ::testing::WithParamInterface<BrokenStep> {};
+
+TEST_P(ShutdownStepTest, AFailingStepIsLoggedAndTheSettingsAreStillSaved) {
+    Start(IrcIni() + "[General]\r\nRemWinPos=1\r\n[Extras]\r\nReportAddress=dev@example.org\r\n");
+    logic->cmdIRCConnection_Click();
+    RegisterIrc();
+    logic->cmdGamQuery_Click();
+    logic->Settings().ModWinTop = 321; // changed during the run
+    GetParam().breakIt(*logic, shell);
+
+    logic->Form_QueryUnload();
+    EXPECT_EQ(logic->Settings().ConnState, 0);
+    EXPECT_NE(logic->Log()->LogText().find(std::string(GetParam().logged) + ";" + kStamp), std::string::npos)
+        << logic->Log()->LogText();
+    const std::string ini = ReadBytes(home.File("Tallybot.ini"));
+    EXPECT_EQ(Keys(ini), Keys(tallybot::test::ReadFixture("settings/default.ini")));
+    EXPECT_NE(ini.find("ModWinTop=321\r\n"), std::string::npos) << ini;
+    EXPECT_EQ(ReadBytes(home.File("Tallybot.log")),
+              Entry("frmMain", "Form_QueryUnload", "Application terminated normally"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shutdown, ShutdownStepTest,
+    ::testing::Values(BrokenStep{"ErrorReport", "clsAppLog;HandleAppErrors",
+                                 [](MainLogic& l, RecordingShell& shell) {
+                                     shell.questionFails = true;
+                                     l.mnuProfileSel_Click(99); // an error, so the report is offered
+                                 }},
+                      BrokenStep{"HistoryPortOverflow", "frmMain;SaveHistoryCombos",
+                                 [](MainLogic& l, RecordingShell&) { l.View().cmbIRCPort.List[0] = "99999999999"; }},
+                      BrokenStep{"PlacementOverflow", "frmMain;Form_QueryUnload",
+                                 [](MainLogic& l, RecordingShell&) { l.View().WindowTop = 200000000; }}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST_F(LogicTest, ShutdownOffersTheErrorReportToTheAddressOfTheSettings) {
+    Start("[Extras]\r\nReportAddress=dev@example.org\r\n");
+    EXPECT_EQ(logic->Log()->ReportAddress, "dev@example.org");
+    logic->mnuProfileSel_Click(99);
+    shell.messages.clear();
+    logic->Form_QueryUnload();
+    ASSERT_EQ(shell.messages.size(), 1u);
+    EXPECT_EQ(shell.messages[0].substr(0, 33), "?Tallybot generated 1 error(s) du");
 }
 
 } // namespace

@@ -114,6 +114,15 @@ TEST_P(SubQueries, RotateAtAThirdOfTheInterval) {
 INSTANTIATE_TEST_SUITE_P(ThreeStepEngines, SubQueries, ::testing::Values("HL", "UT2k3", "FC"),
                          [](const auto& info) { return std::string(info.param); });
 
+TEST_F(QueryRunnerTest, AQueryTimeOfZeroLeavesTheTimerStill) {
+    view.tmrGamQueryInterval = 0; // QueryTime=abc reads as 0
+    GamesimProcess sim;
+    ASSERT_TRUE(sim.Start("Q3", kMatch)) << sim.Output();
+    StartQuery(sim.Port());
+    EXPECT_TRUE(cycle.IsRunning());
+    EXPECT_FALSE(runner.Timer().isActive());
+}
+
 TEST_F(QueryRunnerTest, SilentServerStopsTheQuery) {
     GamesimProcess sim;
     ASSERT_TRUE(sim.Start("Q3", "silence\n")) << sim.Output();
