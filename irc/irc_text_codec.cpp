@@ -19,19 +19,6 @@ bool Continuation(unsigned char c) {
     return (c & 0xC0) == 0x80;
 }
 
-void AppendUtf8(std::string& out, char32_t cp) {
-    if (cp < 0x80) {
-        out += static_cast<char>(cp);
-    } else if (cp < 0x800) {
-        out += static_cast<char>(0xC0 | (cp >> 6));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
-    } else {
-        out += static_cast<char>(0xE0 | (cp >> 12));
-        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
-    }
-}
-
 char32_t DecodeSequence(std::string_view s, std::size_t i, int length) {
     const auto b = [&](std::size_t k) { return static_cast<char32_t>(static_cast<unsigned char>(s[i + k])); };
     switch (length) {
@@ -52,6 +39,19 @@ IrcEncoding ParseIrcEncoding(std::string_view name) {
         if (c != '-' && c != ' ') plain += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     }
     return plain == "UTF8" ? IrcEncoding::Utf8 : IrcEncoding::Latin1;
+}
+
+void AppendUtf8(std::string& out, char32_t cp) {
+    if (cp < 0x80) {
+        out += static_cast<char>(cp);
+    } else if (cp < 0x800) {
+        out += static_cast<char>(0xC0 | (cp >> 6));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    } else {
+        out += static_cast<char>(0xE0 | (cp >> 12));
+        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    }
 }
 
 char32_t Cp1252ToUnicode(unsigned char byte) {

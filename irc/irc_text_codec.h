@@ -16,6 +16,8 @@ enum class IrcEncoding { Latin1, Utf8 };
 IrcEncoding ParseIrcEncoding(std::string_view name);
 
 char32_t Cp1252ToUnicode(unsigned char byte);
+// Appends the UTF-8 bytes of a code point below U+10000.
+void AppendUtf8(std::string& out, char32_t codePoint);
 // The Windows-1252 byte of a code point, or '?' when it has none.
 char UnicodeToCp1252(char32_t codePoint);
 

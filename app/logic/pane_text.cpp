@@ -1,5 +1,7 @@
 #include "app/logic/pane_text.h"
 
+#include "irc/irc_text_codec.h"
+
 #include <array>
 #include <cstdint>
 
@@ -7,32 +9,12 @@ namespace tallybot::app {
 
 namespace {
 
-// Code points of Windows-1252 bytes 0x80-0x9F; 0 where the code page leaves the byte undefined.
-constexpr std::array<char16_t, 32> kWindows1252High = {
-    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,
-};
-
 // SGR foreground codes of the 16 IRC palette entries, by index: white, black, navy, green, red,
 // maroon, purple, orange, yellow, light green, teal, cyan, light blue, pink, grey, light grey.
 constexpr std::array<int, 16> kPaletteAnsi = {97, 30, 34, 32, 91, 31, 35, 33, 93, 92, 36, 96, 94, 95, 90, 37};
 
 constexpr irc::Colour kPaneTextColour = 0x000000; // what the pane writes "in the default colour"
 constexpr irc::Colour kPaneBackColour = 0xFFFFFF;
-
-void AppendCodePoint(std::string& out, char32_t cp) {
-    if (cp < 0x80) {
-        out += static_cast<char>(cp);
-    } else if (cp < 0x800) {
-        out += static_cast<char>(0xC0 | (cp >> 6));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
-    } else {
-        out += static_cast<char>(0xE0 | (cp >> 12));
-        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
-    }
-}
 
 int Distance(irc::Colour a, irc::Colour b) {
     int sum = 0;
@@ -86,10 +68,11 @@ std::string PrintableUtf8(std::string_view windows1252) {
             out += ' ';
         else if (byte < 0x20 || byte == 0x7F)
             continue;
-        else if (byte >= 0x80 && byte < 0xA0)
-            AppendCodePoint(out, kWindows1252High[byte - 0x80] != 0 ? kWindows1252High[byte - 0x80] : 0xFFFD);
-        else
-            AppendCodePoint(out, byte);
+        else {
+            const char32_t cp = irc::Cp1252ToUnicode(byte);
+            // The bytes the code page leaves undefined come back as C1 controls: shown as unknown.
+            irc::AppendUtf8(out, cp >= 0x80 && cp < 0xA0 ? 0xFFFD : cp);
+        }
     }
     return out;
 }
