@@ -2,12 +2,8 @@
 // tallybot-gamesim playing a Source server (challenge, split rules) and Quake 3 forks by their
 // version strings, and a Quake 3 server on the IPv6 loopback address.
 
-#include "app/app_settings.h"
-#include "query/parsers.h"
-#include "query/qt/query_runner.h"
-#include "query/query_cycle.h"
+#include "tests/query/query_runner_fixture.h"
 #include "tests/support/gamesim_process.h"
-#include "tests/support/parsing_query_host.h"
 #include "tests/support/qt_wait.h"
 
 #include <algorithm>
@@ -25,40 +21,10 @@ namespace {
 using testsupport::GamesimProcess;
 using testsupport::WaitUntil;
 
-// Records the map after every parse, so a test can see the server stayed readable round after round.
-struct ParsingHost : testsupport::ParsingQueryHost {
-    using ParsingQueryHost::ParsingQueryHost;
-    void ParseReply(int engineId, std::string_view reply) override {
-        ParsingQueryHost::ParseReply(engineId, reply);
-        maps.push_back(state.Status.MapName);
-    }
-    std::vector<std::string> maps;
-};
-
 const char* const kMatch = "host Tally Source\nmap ctf_2fort\ngamename tf\ntimelimit 25\ncapturelimit 3\n"
                            "maxplayers 24\nplayer Scout red 7 40\nplayer Medic blue 2 60\n";
 
-class ModernServersTest : public ::testing::Test {
-protected:
-    ModernServersTest() {
-        settings.QueryTime = 60;
-        view.tmrGamQueryInterval = settings.QueryTime;
-    }
-    void StartQuery(const std::string& field) {
-        view.cmbGamServerText = field;
-        runner.Click();
-    }
-    bool WaitForLabel(const std::string& label) {
-        return WaitUntil([&] { return view.lblQueryStatusCaption == label; });
-    }
-
-    QueryView view;
-    GameState state;
-    app::AppSettings settings;
-    ParsingHost host{state, settings};
-    QueryCycle cycle{view, state, settings, host};
-    QueryRunner runner{cycle, view};
-};
+using ModernServersTest = itest::QueryRunnerFixture;
 
 TEST_F(ModernServersTest, SourceServerAnsweredThroughChallengesAndSplitRules) {
     GamesimProcess sim;

@@ -4,12 +4,8 @@
 // classic detection, and the log names the switch.
 // Nothing is installed by the test: without the package every test is skipped (docs/games.md).
 
-#include "app/app_settings.h"
 #include "app/settings_file.h"
-#include "query/parsers.h"
-#include "query/qt/query_runner.h"
-#include "query/query_cycle.h"
-#include "tests/support/parsing_query_host.h"
+#include "tests/query/query_runner_fixture.h"
 #include "tests/support/qt_wait.h"
 #include "tests/support/temp_folder.h"
 
@@ -79,37 +75,16 @@ private:
     std::string m_output;
 };
 
-struct CountingHost : testsupport::ParsingQueryHost {
-    using ParsingQueryHost::ParsingQueryHost;
-    void ParseReply(int engineId, std::string_view reply) override {
-        ParsingQueryHost::ParseReply(engineId, reply);
-        ++parses;
-    }
-    void Notice(const std::string&, const std::string& text) override { notices.push_back(text); }
-    int parses = 0;
-    std::vector<std::string> notices;
-};
-
-class OpenArenaTest : public ::testing::Test {
+class OpenArenaTest : public itest::QueryRunnerFixture {
 protected:
     void SetUp() override {
         if (!QFileInfo::exists(kServerBinary)) GTEST_SKIP() << "openarena-server is not installed";
         ASSERT_TRUE(server.Start()) << server.Output();
-        settings.QueryTime = 500;
-        view.tmrGamQueryInterval = settings.QueryTime;
+        SetQueryTime(500);
     }
-    void StartQuery() {
-        view.cmbGamServerText = "127.0.0.1:" + std::to_string(server.Port());
-        runner.Click();
-    }
+    void StartQuery() { QueryRunnerFixture::StartQuery(server.Port()); }
 
     OpenArenaServer server;
-    QueryView view;
-    GameState state;
-    app::AppSettings settings;
-    CountingHost host{state, settings};
-    QueryCycle cycle{view, state, settings, host};
-    QueryRunner runner{cycle, view};
 };
 
 TEST_F(OpenArenaTest, DetectedAsQuake3WithANewHomesSettings) {
@@ -129,8 +104,8 @@ TEST_F(OpenArenaTest, DetectedAsQuake3WithANewHomesSettings) {
     EXPECT_TRUE(WaitUntil([&] { return state.Status.NumPlayers >= 1 && !state.Players[1].Name.empty(); }, 20s))
         << state.Status.NumPlayers;
     // And it keeps asking: more rounds, more replies, still running.
-    const int before = host.parses;
-    EXPECT_TRUE(WaitUntil([&] { return host.parses >= before + 3; }, 20s));
+    const int before = static_cast<int>(host.maps.size());
+    EXPECT_TRUE(WaitUntil([&] { return static_cast<int>(host.maps.size()) >= before + 3; }, 20s));
     EXPECT_TRUE(cycle.IsRunning());
     EXPECT_LE(cycle.MissedReplies(), 1);
 }

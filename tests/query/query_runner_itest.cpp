@@ -2,12 +2,8 @@
 // every engine, the query port after a pointer reply, sub-query rotation, time-out on silence,
 // datagrams from a foreign port, and a GameSpy reply split over two datagrams.
 
-#include "app/app_settings.h"
-#include "query/parsers.h"
-#include "query/qt/query_runner.h"
-#include "query/query_cycle.h"
+#include "tests/query/query_runner_fixture.h"
 #include "tests/support/gamesim_process.h"
-#include "tests/support/parsing_query_host.h"
 #include "tests/support/qt_wait.h"
 
 #include <string>
@@ -23,45 +19,10 @@ namespace {
 using testsupport::GamesimProcess;
 using testsupport::WaitUntil;
 
-// Real parsing and team scores; match reporting and the window only counted.
-struct LiveHost : testsupport::ParsingQueryHost {
-    using ParsingQueryHost::ParsingQueryHost;
-    void ResetTeamScores() override { CalcTeamScores(state, -1, 0, settings.Profiles.Active()); }
-    void HandleQ3Info(std::string_view) override { ++q3Infos; }
-    void RefreshDisplay() override { ++refreshes; }
-    void ShowMessage(const std::string& text) override { messages.push_back(text); }
-    void Log(const std::string&, const std::string&, long, const std::string& message, bool) override {
-        logs.push_back(message);
-    }
-    int q3Infos = 0;
-    int refreshes = 0;
-    std::vector<std::string> messages, logs;
-};
-
 const char* const kMatch = "host Tally Arena\nmap q3ctf1\ntimelimit 20\nmaxplayers 16\n"
                            "player Alice red 4 40\nplayer Bob blue 2 60\n";
 
-class QueryRunnerTest : public ::testing::Test {
-protected:
-    QueryRunnerTest() {
-        settings.QueryTime = 60;
-        view.tmrGamQueryInterval = settings.QueryTime;
-    }
-    void StartQuery(std::uint16_t port) {
-        view.cmbGamServerText = "127.0.0.1:" + std::to_string(port);
-        runner.Click();
-    }
-    bool WaitForLabel(const std::string& label) {
-        return WaitUntil([&] { return view.lblQueryStatusCaption == label; });
-    }
-
-    QueryView view;
-    GameState state;
-    app::AppSettings settings;
-    LiveHost host{state, settings};
-    QueryCycle cycle{view, state, settings, host};
-    QueryRunner runner{cycle, view};
-};
+using QueryRunnerTest = itest::QueryRunnerFixture;
 
 class EngineDetection : public QueryRunnerTest, public ::testing::WithParamInterface<const char*> {};
 
