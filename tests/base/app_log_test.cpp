@@ -1,4 +1,5 @@
 #include "base/app_log.h"
+#include "tests/support/local_time.h"
 #include "tests/support/temp_folder.h"
 
 #include <chrono>
@@ -31,15 +32,7 @@ struct FakeShell : OperatorShell {
 
 // 2026-03-07 09:05:04 local time plus the given nanoseconds.
 std::chrono::system_clock::time_point At(long long nanos) {
-    std::tm local{};
-    local.tm_year = 126;
-    local.tm_mon = 2;
-    local.tm_mday = 7;
-    local.tm_hour = 9;
-    local.tm_min = 5;
-    local.tm_sec = 4;
-    local.tm_isdst = -1;
-    return std::chrono::system_clock::from_time_t(std::mktime(&local)) +
+    return test::LocalTime(2026, 3, 7, 9, 5, 4) +
            std::chrono::duration_cast<std::chrono::system_clock::duration>(std::chrono::nanoseconds(nanos));
 }
 

@@ -4,6 +4,7 @@
 #include "app/logic/main_logic.h"
 #include "base/vb_convert.h"
 #include "tests/irc/fake_irc_transport.h"
+#include "tests/support/local_time.h"
 #include "tests/support/temp_folder.h"
 
 #include <chrono>
@@ -51,15 +52,7 @@ public:
 
 // 03/04/26 05:06:07.000 local time, every time.
 inline std::chrono::system_clock::time_point FixedTime() {
-    std::tm t{};
-    t.tm_year = 126;
-    t.tm_mon = 2;
-    t.tm_mday = 4;
-    t.tm_hour = 5;
-    t.tm_min = 6;
-    t.tm_sec = 7;
-    t.tm_isdst = -1;
-    return std::chrono::system_clock::from_time_t(std::mktime(&t));
+    return tallybot::test::LocalTime(2026, 3, 4, 5, 6, 7);
 }
 
 inline constexpr const char* kStamp = "03/04/26 05:06:07.000";
