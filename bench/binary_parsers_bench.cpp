@@ -17,7 +17,7 @@ using namespace tallybot;
 using Parser = void (*)(std::string_view, query::GameState&, const profiles::GameProfile&);
 
 std::string Fixture(const std::string& relative) {
-    std::filesystem::path data = std::filesystem::path(__FILE__).parent_path().parent_path() / "tests" / "data";
+    std::filesystem::path data = std::filesystem::path(TALLYBOT_SOURCE_ROOT) / "tests" / "data";
     std::ifstream in(data / relative, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }

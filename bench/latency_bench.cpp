@@ -106,7 +106,7 @@ struct Rig {
             << "[IRC]\r\n1Server=127.0.0.1\r\n1Port=" << m_irc.Port()
             << "\r\n1Channel=#bench\r\n1Nick=Tallybot\r\n[Game]\r\n1Host=127.0.0.1:" << m_game.localPort()
             << "\r\nQueryTime=1000\r\n[Extras]\r\nIdentEnabled=0\r\n";
-        const auto profiles = std::filesystem::path(__FILE__).parent_path().parent_path() / "profiles" / "default";
+        const auto profiles = std::filesystem::path(TALLYBOT_SOURCE_ROOT) / "profiles" / "default";
         app::StartupOptions options;
         options.home = app::PrepareHomeFolder(home, {profiles.string()});
         m_runtime.Start(options);

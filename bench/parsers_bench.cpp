@@ -14,8 +14,7 @@ namespace {
 using namespace tallybot;
 
 std::string Fixture(const char* relative) {
-    std::filesystem::path file =
-        std::filesystem::path(__FILE__).parent_path().parent_path() / "tests" / "data" / relative;
+    std::filesystem::path file = std::filesystem::path(TALLYBOT_SOURCE_ROOT) / "tests" / "data" / relative;
     std::ifstream in(file, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }

@@ -2,6 +2,7 @@
 #include "base/vb_convert.h"
 #include "reporting/templates.h"
 #include "tests/reporting/reporting_fixture.h"
+#include "tests/support/fixture_file.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -166,9 +167,7 @@ TEST_F(TemplateTest, TwoDigitColoursWidenACodeBeforeADigitOrAComma) {
 
 // The shipped profiles' texts read the same in an IRC client with the switch off and on.
 TEST_F(TemplateTest, ShippedProfileTextsNeedNoWidenedColours) {
-    const char* env = std::getenv("TALLYBOT_SOURCE_DIR");
-    const std::filesystem::path root =
-        env ? env : std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
+    const std::filesystem::path root = test::SourceRoot();
     int texts = 0;
     for (const auto& entry : std::filesystem::directory_iterator(root / "profiles" / "default")) {
         std::ifstream in(entry.path(), std::ios::binary);
