@@ -83,7 +83,7 @@ private:
 
 std::string Q3Reply(int redScore) {
     std::string reply = "\xFF\xFF\xFF\xFFstatusResponse\n\\sv_hostname\\^1Bench ^4Arena\\mapname\\q3wctf1"
-                        "\\g_gametype\\4\\timelimit\\20\\capturelimit\\1000\\version\\Q3 1.32c linux-i386"
+                        "\\g_gametype\\4\\gamename\\baseq3\\timelimit\\20\\capturelimit\\1000\\version\\Q3 1.32c linux-i386"
                         "\\score_red\\" +
                         std::to_string(redScore) + "\\score_blue\\0\\score_time\\12:15\n";
     for (int i = 0; i < 16; ++i)

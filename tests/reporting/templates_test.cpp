@@ -167,7 +167,7 @@ TEST_F(TemplateTest, TwoDigitColoursWidenACodeBeforeADigitOrAComma) {
 
 // The shipped profiles' texts read the same in an IRC client with the switch off and on.
 TEST_F(TemplateTest, ShippedProfileTextsNeedNoWidenedColours) {
-    const std::filesystem::path root = test::SourceRoot();
+    const std::filesystem::path root = tallybot::test::SourceRoot();
     int texts = 0;
     for (const auto& entry : std::filesystem::directory_iterator(root / "profiles" / "default")) {
         std::ifstream in(entry.path(), std::ios::binary);
