@@ -1,15 +1,28 @@
-// The IRC control driven by scripts: each file under tests/data/irc/ holds cases of commands (a
-// server line, a typed line, a socket event) and, indented below each command, everything the
-// control did in answer: pane lines with their colour, events, bytes sent, sockets opened, questions
-// asked, files written. The runner replays the commands and rebuilds the file; it must come out
-// byte for byte as it is. TALLYBOT_WRITE_EXPECTED=1 writes the rebuilt file after a deliberate change.
+// The IRC core driven by scripts: each file under tests/data/irc/ holds cases of commands (a server
+// line, a typed line, a socket event, a tick of the clock, or a call of one of the core's parts)
+// and, indented below each command, everything it caused: pane lines with their colour, events,
+// bytes sent, sockets opened, questions asked, files written, results. The control sits behind the
+// session, as in the program. The runner replays the commands and rebuilds the file; it must come
+// out byte for byte as it is. TALLYBOT_WRITE_EXPECTED=1 writes the rebuilt file after a deliberate
+// change.
 
+#include "base/extras_settings.h"
 #include "fake_irc_transport.h"
+#include "irc/dcc_receive.h"
+#include "irc/irc_extras_options.h"
+#include "irc/irc_framing.h"
+#include "irc/irc_line.h"
+#include "irc/irc_session.h"
+#include "irc/irc_wire.h"
+#include "irc/pane_model.h"
+#include "irc/pane_words.h"
+#include "irc/usc_irc.h"
 #include "tests/support/fixture_file.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -22,118 +35,227 @@ namespace tallybot::irc {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::IrcRig;
 
 fs::path ScriptFolder() {
     return test::SourceRoot() / "tests/data/irc";
 }
 
-// Bytes below 0x20, above 0x7E and the backslash are written as \xHH (\\ for the backslash).
+std::string EscapeByte(unsigned char c) {
+    if (c == '\\') return "\\\\";
+    if (c >= 0x20 && c <= 0x7E) return std::string(1, static_cast<char>(c));
+    char hex[5];
+    std::snprintf(hex, sizeof hex, "\\x%02X", c);
+    return hex;
+}
+
+// Bytes below 0x20, above 0x7E and the backslash are written as \xHH (\\ for the backslash), a run
+// of sixteen or more equal bytes as \{count} and the byte; long results as their length and end.
 std::string Escape(std::string_view bytes) {
     std::string out;
-    for (unsigned char c : bytes) {
-        if (c == '\\') {
-            out += "\\\\";
-        } else if (c < 0x20 || c > 0x7E) {
-            char hex[5];
-            std::snprintf(hex, sizeof hex, "\\x%02X", c);
-            out += hex;
-        } else {
-            out += static_cast<char>(c);
-        }
+    for (std::size_t i = 0, n = 1; i < bytes.size(); i += n) {
+        for (n = 1; i + n < bytes.size() && bytes[i + n] == bytes[i];)
+            ++n;
+        if (n < 16) n = 1;
+        out += (n > 1 ? "\\{" + std::to_string(n) + "}" : "") + EscapeByte(static_cast<unsigned char>(bytes[i]));
     }
-    return out;
+    if (out.size() <= 200) return out;
+    return std::to_string(bytes.size()) + " bytes ending " + Escape(bytes.substr(bytes.size() - 8));
 }
 
 std::string Unescape(std::string_view text) {
     std::string out;
+    std::size_t repeat = 1;
     for (std::size_t i = 0; i < text.size(); ++i) {
+        std::string one(1, text[i]);
+        if (text[i] == '\\' && i + 1 < text.size() && text[i + 1] == '{') {
+            const auto close = text.find('}', i);
+            repeat = std::stoul(std::string(text.substr(i + 2, close - i - 2)));
+            i = close;
+            continue;
+        }
         if (text[i] == '\\' && i + 1 < text.size() && text[i + 1] == '\\') {
-            out += '\\';
             ++i;
         } else if (text[i] == '\\' && i + 3 < text.size() && text[i + 1] == 'x') {
-            out += static_cast<char>(std::stoi(std::string(text.substr(i + 2, 2)), nullptr, 16));
+            one = static_cast<char>(std::stoi(std::string(text.substr(i + 2, 2)), nullptr, 16));
             i += 3;
-        } else {
-            out += text[i];
         }
+        for (; repeat > 0; --repeat)
+            out += one;
+        repeat = 1;
     }
     return out;
 }
 
+struct ScriptedQuestions : DccQuestions {
+    std::deque<bool> answers;       // popped per question; no answer left means no
+    std::vector<std::string> asked; // "title|text"
+    std::string proposed;
+    bool AskYesNo(const std::string& title, const std::string& text) override {
+        asked.push_back(title + "|" + text);
+        if (answers.empty()) return false;
+        const bool a = answers.front();
+        answers.pop_front();
+        return a;
+    }
+    std::optional<std::string> ChooseSaveFile(const std::string&, const std::string& proposedName) override {
+        proposed = proposedName;
+        return "/downloads/file.bin";
+    }
+};
+
+struct MemoryFiles : DccFileSink {
+    std::map<std::string, std::string> files;
+    std::string open;
+    std::optional<std::uint64_t> FileLength(const std::string& path) override {
+        auto it = files.find(path);
+        return it == files.end() ? std::nullopt : std::optional<std::uint64_t>(it->second.size());
+    }
+    bool Remove(const std::string& path) override { return files.erase(path) > 0; }
+    bool Open(const std::string& path, bool append) override {
+        if (!append) files[path].clear();
+        open = path;
+        return true;
+    }
+    bool Write(std::string_view bytes) override {
+        files[open].append(bytes);
+        return true;
+    }
+    void Close() override {}
+};
+
 // Runs one case's commands on a fresh control and writes the commands with what each caused.
 class TranscriptRunner {
 public:
+    TranscriptRunner() {
+        m_session.Attach(&m_irc);
+        m_session.SetOptionsSource([this] { return ExtrasOptionsFrom(m_extras); });
+        m_session.SetWakeup([this](std::uint32_t ms) { m_notes.push_back("wakeup " + std::to_string(ms)); });
+        m_session.SetBeforeConnect([this](const IrcExtrasOptions& o) {
+            if (o.Tls.Enabled)
+                m_notes.push_back("tls verify " + std::to_string(o.Tls.Verify) +
+                                  (o.Tls.PinSha256.empty() ? "" : " pin " + o.Tls.PinSha256));
+        });
+        auto& e = m_irc.Events();
+        e.StatusChange = [this] { Event("StatusChange", m_irc.ConnectStatus()); };
+        e.UserJoin = [this](const std::string& n) { Event("UserJoin", n); };
+        e.UserModeChange = [this](const std::string& m, const std::string& t) { Event("UserModeChange", m, t); };
+        e.UserNameChange = [this](const std::string& a, const std::string& b) { Event("UserNameChange", a, b); };
+        e.UserLeave = [this](const std::string& n, int r) { Event("UserLeave", n, r); };
+        e.UserCommand = [this](const std::string& t, const std::string& n, const std::string& u) {
+            m_events.push_back("UserCommand " + t + "|" + n + "|" + u);
+        };
+        e.Disconnected = [this] { Event("Disconnected"); };
+        e.DCCRequest = [this](const std::string& n, const std::string& f, const std::string& a, long p, double s) {
+            Event("DCCRequest", n, f, a, p, static_cast<long long>(s));
+        };
+        e.DCCTransfer = [this](const std::string& f, std::uint64_t pos, std::uint64_t size) {
+            Event("DCCTransfer", f, pos, size);
+        };
+    }
+
     std::string Run(const std::vector<std::string>& commands) {
         for (const std::string& command : commands) {
             m_out << command << "\n";
+            m_quiet = command == "join" || command.rfind("repeat ", 0) == 0; // pinned by their own cases
             Execute(command);
-            if (command == "join") m_quiet = true; // the way in is pinned by its own cases
             Record();
-            m_quiet = false;
         }
         return m_out.str();
     }
 
 private:
+    template <typename... T> void Event(const char* name, const T&... values) {
+        std::ostringstream text;
+        text << name;
+        ((text << " " << values), ...);
+        m_events.push_back(text.str());
+    }
+    void Result(const std::string& kind, const std::string& value) {
+        m_out << "  " << kind << (value.empty() ? "" : " ") << value << "\n";
+    }
+
+    // Brings the control to state 3 as a real server would.
+    void Join() {
+        m_irc.Connect();
+        Line(":srv 376 Corvamo :End of MOTD");
+        Line(":Corvamo!kavik@my.host JOIN :#Zephra");
+    }
+    void Line(const std::string& line) { m_session.OnServerData(line + "\r\n"); }
+
     void Execute(const std::string& command) {
         const auto blank = command.find(' ');
-        const std::string verb = command.substr(0, blank);
-        const std::string arg = blank == std::string::npos ? "" : Unescape(command.substr(blank + 1));
+        std::string verb = command.substr(0, blank);
+        std::string arg = blank == std::string::npos ? "" : Unescape(command.substr(blank + 1));
+        if (const auto star = verb.find('*'); star != std::string::npos) { // verb*N: the argument N times
+            std::string once = arg;
+            for (int n = std::stoi(verb.substr(star + 1)); n > 1; --n)
+                arg += once;
+            verb.resize(star);
+        }
         std::istringstream words(arg);
-        auto& p = m_rig.irc.Properties();
+        const auto word = [&words] {
+            std::string w;
+            words >> w;
+            return w;
+        };
+        const auto rest = [&] { return arg.substr(arg.find(' ') + 1); };
+        auto& p = m_irc.Properties();
+        auto& t = m_transport;
         const std::map<std::string, std::function<void()>> verbs = {
-            {"<", [&] { m_rig.Line(arg); }},
-            {">", [&] { m_rig.irc.ProcessUserEntry(arg); }},
-            {"enter", [&] { m_rig.irc.EnterInput(arg); }},
-            {"click", [&] { m_rig.irc.ClickWord(arg); }},
-            {"data", [&] { m_rig.irc.OnServerData(arg); }},
-            {"join", [&] { m_rig.Join(); }},
-            {"connect", [&] { m_rig.irc.Connect(); }},
-            {"connected", [&] { m_rig.irc.OnServerConnected(); }},
-            {"closed", [&] { m_rig.irc.OnServerClosed(); }},
-            {"disconnect", [&] { m_rig.irc.Disconnect(arg); }},
-            {"socket-state", [&] { m_rig.transport.serverState = std::stoi(arg); }},
-            {"socket-error", [&] { m_rig.irc.OnServerError(std::stoi(arg), arg.substr(arg.find(' ') + 1)); }},
-            {"ident-error", [&] { m_rig.irc.OnIdentError(std::stoi(arg), arg.substr(arg.find(' ') + 1)); }},
-            {"ident-listening", [&] { m_rig.transport.identState = kSockListening; }},
+            {"<", [&] { Line(arg); }},
+            {">", [&] { m_irc.ProcessUserEntry(arg); }},
+            {"enter", [&] { m_irc.EnterInput(arg); }},
+            {"click", [&] { m_irc.ClickWord(arg); }},
+            {"data", [&] { m_session.OnServerData(arg); }},
+            {"join", [&] { Join(); }},
+            {"connect", [&] { m_irc.Connect(); }},
+            {"connected", [&] { m_session.OnServerConnected(); }},
+            {"closed", [&] { m_session.OnServerClosed(); }},
+            {"disconnect", [&] { m_irc.Disconnect(arg); }},
+            {"tick",
+             [&] {
+                 m_clock.ticks += static_cast<std::uint32_t>(std::stoul(arg));
+                 m_session.Tick();
+             }},
+            {"socket-state", [&] { t.serverState = std::stoi(arg); }},
+            {"socket-error", [&] { m_session.OnServerError(std::stoi(arg), rest()); }},
+            {"ident-error", [&] { m_irc.OnIdentError(std::stoi(arg), rest()); }},
+            {"ident-listening", [&] { t.identState = kSockListening; }},
             {"ident",
              [&] {
-                 long id = 0;
-                 int port = 0;
-                 words >> id >> port;
-                 m_rig.irc.OnIdentConnectionRequest(id, port);
+                 const long id = std::stol(word());
+                 m_irc.OnIdentConnectionRequest(id, std::stoi(word()));
              }},
-            {"password", [&] { m_rig.irc.SetServerPassword(arg); }},
-            {"compat", // the switches for present-day servers named after it
+            {"clock",
              [&] {
-                 ServerCompat c;
-                 for (std::string name; words >> name;) {
-                     c.UserFromIdent |= name == "UserFromIdent";
-                     c.ShowErrorNumerics |= name == "ShowErrorNumerics";
-                     c.JoinAfter422 |= name == "JoinAfter422";
-                     c.TrailingAfterPrefix |= name == "TrailingAfterPrefix";
-                     c.NickFrom001 |= name == "NickFrom001";
-                 }
-                 m_rig.irc.SetCompat(c);
+                 LocalTime& n = m_clock.now;
+                 for (int* field : {&n.Year, &n.Month, &n.Day, &n.Weekday, &n.Hour, &n.Minute, &n.Second})
+                     *field = std::stoi(word());
              }},
-            {"send", [&] { m_rig.irc.SendToChannel(arg); }},
-            {"notify", [&] { m_rig.irc.NotifyUser(arg.substr(0, arg.find(' ')), arg.substr(arg.find(' ') + 1)); }},
-            {"raw", [&] { m_rig.irc.SendIRCData(arg); }},
+            {"password", [&] { m_irc.SetServerPassword(arg); }},
+            {"extras", [&] { SetExtras(words); }},
+            {"send", [&] { m_irc.SendToChannel(arg); }},
+            {"notify", [&] { m_irc.NotifyUser(arg.substr(0, arg.find(' ')), rest()); }},
+            {"raw", [&] { m_irc.SendIRCData(arg); }},
+            {"add", [&] { m_irc.AddText(arg, 255); }},
             {"answer",
              [&] {
                  for (std::string a; words >> a;)
-                     m_rig.questions.answers.push_back(a == "yes");
+                     m_questions.answers.push_back(a == "yes");
              }},
-            {"file", [&] { m_rig.files.files[arg.substr(0, arg.find(' '))] = arg.substr(arg.find(' ') + 1); }},
-            {"dcc-connected", [&] { m_rig.irc.OnDccConnected(); }},
-            {"dcc-data", [&] { m_rig.irc.OnDccData(arg); }},
-            {"dcc-closed", [&] { m_rig.irc.OnDccClosed(); }},
+            {"file", [&] { m_files.files[arg.substr(0, arg.find(' '))] = rest(); }},
+            {"dcc-connected", [&] { m_irc.OnDccConnected(); }},
+            {"dcc-data", [&] { m_irc.OnDccData(arg); }},
+            {"dcc-closed", [&] { m_irc.OnDccClosed(); }},
+            {"repeat",
+             [&] {
+                 for (int n = std::stoi(word()); n > 0; --n)
+                     Execute(rest());
+             }},
             {"set",
              [&] {
-                 std::string name, value;
-                 words >> name;
-                 std::getline(words >> std::ws, value);
+                 const std::string name = word();
+                 const std::string value = rest();
                  const std::map<std::string, std::function<void()>> props = {
                      {"ControlType", [&] { p.ControlType = std::stoi(value); }},
                      {"Nick", [&] { p.Nick = value; }},
@@ -143,6 +265,7 @@ private:
                      {"ShowPing", [&] { p.ShowPing = value == "1"; }},
                      {"EnableDCC", [&] { p.EnableDCC = value == "1"; }},
                      {"EnableTrigger", [&] { p.EnableTrigger = value == "1"; }},
+                     {"TimeStamp", [&] { p.TimeStamp = value == "1"; }},
                  };
                  ASSERT_TRUE(props.count(name)) << "unknown property " << name;
                  props.at(name)();
@@ -150,18 +273,126 @@ private:
             {"users",
              [&] {
                  m_out << "  users";
-                 for (const auto& e : m_rig.irc.Users().Entries())
+                 for (const auto& e : m_irc.Users().Entries())
                      m_out << " " << e.Shown();
                  m_out << "\n";
              }},
             {"status",
              [&] {
-                 m_out << "  status " << m_rig.irc.ConnectStatus() << " nick " << m_rig.irc.Nick() << " host "
-                       << m_rig.irc.OwnHost() << "\n";
+                 Result("status",
+                        std::to_string(m_irc.ConnectStatus()) + " nick " + m_irc.Nick() + " host " + m_irc.OwnHost());
              }},
+            {"pane-lines", [&] { Result("pane-lines", std::to_string(m_irc.PaneLines().size())); }},
+            {"channel",
+             [&] {
+                 m_irc.SetChannelName(arg);
+                 Result("channel", m_irc.ChannelName());
+             }},
+            {"host-error",
+             [&] {
+                 t.hostName.clear();
+                 t.hostError = std::stoi(arg);
+             }},
+            {"ip-address", [&] { Result("ip-address", Escape(m_irc.GetIPAddress())); }},
+            {"ip",
+             [&] {
+                 const double address = uscIRC::Dotted2LongIP(arg);
+                 Result("ip", std::to_string(static_cast<long long>(address)) + " " + uscIRC::LongIP2Dotted(address));
+             }},
+            // The parts of the core on their own.
+            {"frame",
+             [&] {
+                 const LineFramer::Result r = m_framer.Feed(arg);
+                 for (const std::string& line : r.Lines)
+                     if (r.Lines.size() <= 4) Result("line", Escape(line));
+                 if (r.Lines.size() > 4)
+                     Result("lines", std::to_string(r.Lines.size()) + ", the last " + Escape(r.Lines.back()));
+                 if (r.Overflow) Result("overflow", "");
+                 if (!m_framer.Carry().empty()) Result("carry", Escape(m_framer.Carry()));
+             }},
+            {"wire", [&] { Result("wire", Escape(WireLine(arg))); }},
+            {"encode",
+             [&] {
+                 Result("utf8", Escape(EncodeWireLine(arg, IrcEncoding::Utf8)));
+                 if (EncodeWireLine(arg, IrcEncoding::Latin1) != arg) Result("latin1", "changed");
+             }},
+            {"decode",
+             [&] {
+                 if (const std::string text = m_decoder.Feed(arg); !text.empty()) Result("decoded", Escape(text));
+             }},
+            {"runs",
+             [&] {
+                 for (const PaneRun& run : BuildPaneLine(arg, 0x660000).Runs) {
+                     char colours[32];
+                     std::snprintf(colours, sizeof colours, run.Background ? "%06X on %06X" : "%06X", run.Foreground,
+                                   run.Background.value_or(0));
+                     Result("run", colours + std::string(run.Bold ? " bold" : "") +
+                                       (run.Underline ? " underline" : "") + " " + Escape(run.Text));
+                 }
+             }},
+            {"word",
+             [&] {
+                 const std::string w = WordAt(rest(), std::stoul(word()));
+                 const char* kinds[] = {"plain", "link", "channel", "server"};
+                 Result("word", w + " " + kinds[static_cast<int>(ClassifyWord(w))]);
+             }},
+            {"parse",
+             [&] {
+                 const IrcLine l = ParseIrcLine(arg);
+                 Result("prefix", l.Prefix + " nick " + l.Nick + " user " + l.User + " host " + l.Host + " full " +
+                                      std::to_string(l.FullPrefix()) + " trailing " + Escape(l.Trailing));
+                 m_out << "  words";
+                 int last = IrcLine::kWords;
+                 while (last > 0 && l.W[static_cast<std::size_t>(last)].empty())
+                     --last;
+                 for (int k = 1; k <= last; ++k)
+                     m_out << " " << k << "=" << Escape(l.W[static_cast<std::size_t>(k)]);
+                 m_out << "\n";
+             }},
+            {"history",
+             [&] {
+                 InputHistory& h = m_irc.History();
+                 const std::string how = word();
+                 if (how == "fill") {
+                     const int from = std::stoi(word()), to = std::stoi(word());
+                     for (int n = from; n < to; ++n)
+                         h.Store("line" + std::to_string(n));
+                     Result("write-index", std::to_string(h.WriteIndex()));
+                 }
+                 if (how == "up") Result("got", h.Up());
+                 if (how == "down") Result("got", h.Down());
+                 for (std::string slot; words >> slot;)
+                     Result("slot " + slot, h.Slot(std::stoi(slot)));
+             }},
+            {"safe-name", [&] { Result("safe-name", SafeBaseName(arg)); }},
+            {"byte-count", [&] { Result("byte-count", FormatByteCount(std::stod(arg))); }},
         };
         ASSERT_TRUE(verbs.count(verb)) << "unknown command " << command;
         verbs.at(verb)();
+    }
+
+    // "Name=value ..." of the [Extras] record; the session takes them at once.
+    void SetExtras(std::istringstream& words) {
+        base::ExtrasSettings& x = m_extras;
+        const std::map<std::string, int*> numbers = {
+            {"UserFromIdent", &x.UserFromIdent}, {"ShowErrorNumerics", &x.ShowErrorNumerics},
+            {"JoinAfter422", &x.JoinAfter422},   {"TrailingAfterPrefix", &x.TrailingAfterPrefix},
+            {"NickFrom001", &x.NickFrom001},     {"AutoReconnect", &x.AutoReconnect},
+            {"PacedSending", &x.PacedSending},   {"IrcTls", &x.IrcTls},
+            {"IrcTlsVerify", &x.IrcTlsVerify},
+        };
+        const std::map<std::string, std::string*> texts = {
+            {"IrcEncoding", &x.IrcEncoding},   {"SaslMechanism", &x.SaslMechanism},     {"SaslUser", &x.SaslUser},
+            {"SaslPassword", &x.SaslPassword}, {"IrcTlsPinSha256", &x.IrcTlsPinSha256},
+        };
+        for (std::string pair; words >> pair;) {
+            const std::string name = pair.substr(0, pair.find('=')), value = pair.substr(pair.find('=') + 1);
+            ASSERT_TRUE(numbers.count(name) || texts.count(name)) << "unknown setting " << name;
+            if (numbers.count(name)) *numbers.at(name) = std::stoi(value);
+            if (texts.count(name)) *texts.at(name) = value;
+        }
+        m_session.SetOptions(ExtrasOptionsFrom(m_extras));
+        m_irc.SetCompat(m_session.Options().Compat);
     }
 
     // Everything new since the last command, in a fixed order.
@@ -173,17 +404,18 @@ private:
     }
 
     void RecordInto() {
-        const auto& pane = m_rig.irc.PaneLines();
+        const auto& pane = m_irc.PaneLines();
         if (pane.size() < m_pane) m_pane = 0; // the pane was cleared
         for (; m_pane < pane.size(); ++m_pane) {
             const auto& line = pane[m_pane];
             m_out << "  pane " << (line.Runs.empty() ? -1 : line.Runs.front().Foreground) << " " << Escape(line.Raw)
                   << "\n";
         }
-        Tail("event", m_rig.events, m_events);
-        Tail("sent", m_rig.transport.sent, m_sent);
-        Tail("asked", m_rig.questions.asked, m_asked);
-        auto& t = m_rig.transport;
+        Tail("event", m_events, m_eventsSeen);
+        Tail("sent", m_transport.sent, m_sent);
+        Tail("asked", m_questions.asked, m_asked);
+        Tail("session", m_notes, m_notesSeen);
+        auto& t = m_transport;
         for (; m_connects < t.connects.size(); ++m_connects)
             m_out << "  connect " << t.connects[m_connects].first << " " << t.connects[m_connects].second << "\n";
         for (; m_listens < t.listens.size(); ++m_listens)
@@ -198,31 +430,39 @@ private:
             m_out << "  closes server " << t.serverCloses << " dcc " << t.dccCloses << "\n";
         m_dccCloses = t.dccCloses;
         m_serverCloses = t.serverCloses;
-        if (m_rig.questions.proposed != m_proposed) m_out << "  proposed " << m_rig.questions.proposed << "\n";
-        m_proposed = m_rig.questions.proposed;
-        if (m_rig.files.files != m_files) {
+        if (m_questions.proposed != m_proposed) m_out << "  proposed " << m_questions.proposed << "\n";
+        m_proposed = m_questions.proposed;
+        if (m_files.files != m_filesSeen) {
             m_out << "  files";
-            for (const auto& [path, content] : m_rig.files.files)
+            for (const auto& [path, content] : m_files.files)
                 m_out << " " << path << "=" << Escape(content);
             m_out << "\n";
         }
-        m_files = m_rig.files.files;
+        m_filesSeen = m_files.files;
     }
 
-    void Tail(const char* kind, std::vector<std::string>& all, std::size_t& seen) {
-        if (all.size() < seen) seen = 0; // Join() clears the fakes' records
+    void Tail(const char* kind, const std::vector<std::string>& all, std::size_t& seen) {
         for (; seen < all.size(); ++seen)
             m_out << "  " << kind << " " << Escape(all[seen]) << "\n";
     }
 
-    IrcRig m_rig;
+    testing::FakeTransport m_transport;
+    testing::FakeClock m_clock;
+    ScriptedQuestions m_questions;
+    MemoryFiles m_files;
+    base::ExtrasSettings m_extras;
+    IrcSession m_session{m_transport, m_clock};
+    uscIRC m_irc{m_session, m_clock, &m_questions, &m_files};
+    LineFramer m_framer;
+    Utf8Decoder m_decoder;
+    std::vector<std::string> m_events, m_notes;
     std::ostringstream m_out;
     bool m_quiet = false;
-    std::size_t m_pane = 0, m_events = 0, m_sent = 0, m_asked = 0, m_connects = 0, m_listens = 0, m_ident = 0,
-                m_dcc = 0, m_dccSent = 0;
+    std::size_t m_pane = 0, m_eventsSeen = 0, m_sent = 0, m_asked = 0, m_notesSeen = 0, m_connects = 0, m_listens = 0,
+                m_ident = 0, m_dcc = 0, m_dccSent = 0;
     int m_dccCloses = 0, m_serverCloses = 0;
     std::string m_proposed;
-    std::map<std::string, std::string> m_files;
+    std::map<std::string, std::string> m_filesSeen;
 };
 
 // Rebuilds a script: comments and case headers stay, commands run, indented lines are regenerated.
