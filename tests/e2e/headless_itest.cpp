@@ -1,11 +1,10 @@
 // The whole program without a window: `tallybot --headless` with its own home folder, a real
 // ngircd, the game-server simulator and a user in the channel who reads what the bot posts.
 #include "tests/e2e/tallybot_process.h"
-#include "tests/support/fake_irc_server.h"
 #include "tests/support/fixture_file.h"
 #include "tests/support/gamesim_process.h"
-#include "tests/support/irc_test_client.h"
-#include "tests/support/ngircd_server.h"
+#include "tests/support/irc_daemon.h"
+#include "tests/support/irc_peers.h"
 #include "tests/support/temp_folder.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 // written with let `tallybot --headless` register on InspIRCd, join and answer a channel command.
 #include "tests/e2e/tallybot_process.h"
 #include "tests/support/gamesim_process.h"
-#include "tests/support/inspircd_server.h"
-#include "tests/support/irc_test_client.h"
+#include "tests/support/irc_daemon.h"
+#include "tests/support/irc_peers.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>

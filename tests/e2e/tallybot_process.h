@@ -2,7 +2,7 @@
 // The real `tallybot` binary as a child process: its standard output and error as line logs, so
 // tests wait for pane lines and status lines by pattern.
 
-#include "tests/support/line_log.h"
+#include "tests/support/irc_peers.h"
 #include "tests/support/qt_wait.h"
 
 #include <cstdlib>

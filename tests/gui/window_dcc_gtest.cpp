@@ -5,8 +5,7 @@
 #include "gui/frm_main.h"
 #include "gui/window_program.h"
 #include "tests/gui/fake_message_boxes.h"
-#include "tests/support/dcc_test_sender.h"
-#include "tests/support/fake_irc_server.h"
+#include "tests/support/irc_peers.h"
 #include "tests/support/temp_folder.h"
 
 #include <QStatusBar>
