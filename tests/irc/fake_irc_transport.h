@@ -3,6 +3,7 @@
 // that stands still.
 
 #include "irc/irc_transport.h"
+#include "irc/usc_irc.h" // for the tests that build a control on these
 
 #include <ctime>
 #include <string>

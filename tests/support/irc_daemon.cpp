@@ -18,6 +18,8 @@ std::uint16_t FreeLoopbackPort() {
     return probe.serverPort();
 }
 
+IrcDaemon::IrcDaemon(bool inspircd, Options options) : m_inspircd(inspircd), m_options(std::move(options)) {}
+
 IrcDaemon::~IrcDaemon() {
     Stop();
 }

@@ -46,7 +46,7 @@ public:
     std::string Log() const;
 
 protected:
-    IrcDaemon(bool inspircd, Options options) : m_inspircd(inspircd), m_options(std::move(options)) {}
+    IrcDaemon(bool inspircd, Options options);
     static std::string Binary(bool inspircd);
 
 private:
