@@ -1,9 +1,9 @@
 // The A2S query: requests with and without a challenge, the challenge exchange, split reassembly
-// and its bounds, and the three replies parsed into the game state.
+// and its bounds, and truncated replies (tests/data/parsers/cases.txt parses the whole ones).
 
 #include "query/a2s_exchange.h"
 #include "query/a2s_parser.h"
-#include "tests/support/reply_fixture.h"
+#include "tests/support/fixture_file.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,9 @@ namespace tallybot::query {
 namespace {
 
 using namespace std::string_literals;
-using testsupport::ReadReplyFixture;
+std::string ReadReplyFixture(const std::string& path) {
+    return test::ReadFixture(path);
+}
 
 const std::string kNone = "\xFF\xFF\xFF\xFF"s;
 
@@ -93,30 +95,6 @@ INSTANTIATE_TEST_SUITE_P(
         DropCase{"neither", {"\x7F\xFF\xFF\xFFstatus"s}}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(A2SParserTest, InfoPlayersAndRulesCombine) {
-    GameState state;
-    ClearServerStatus(state.Status);
-    profiles::GameProfile profile;
-    profile.Advanced = 1;
-    ParseA2SReply(ReadReplyFixture("a2s/info.bin"), state, profile);
-    ParseA2SReply(ReadReplyFixture("a2s/players.bin"), state, profile);
-    ParseA2SReply(ReadReplyFixture("a2s/rules.bin"), state, profile);
-    ServerStatus expected;
-    expected.Version = "8622567";
-    expected.GameVersion = "8622567";
-    expected.GameName = "tf";
-    expected.HostName = "Source Test";
-    expected.MapName = "ctf_2fort";
-    expected.Protocol = 17;
-    expected.MaxClients = 24;
-    expected.TimeLimit = 30;
-    expected.FragLimit = 5;
-    expected.CaptureLimit = 3;
-    expected.NumPlayers = 3;
-    EXPECT_EQ(state.Status, expected);
-    testsupport::ExpectPlayers(state.Players, {{"Scout", 12, 0, 0}, {"Medic Doc", -1, 0, 0}, {"", 0, 0, 0}});
-}
-
 TEST(A2SParserTest, TruncatedRepliesKeepWhatTheyHold) {
     const std::string info = ReadReplyFixture("a2s/info.bin");
     const std::string players = ReadReplyFixture("a2s/players.bin");
@@ -133,16 +111,6 @@ TEST(A2SParserTest, TruncatedRepliesKeepWhatTheyHold) {
         ParseA2SReply(std::string_view(players).substr(0, cut), state, profile);
         EXPECT_LE(state.Status.NumPlayers, 3) << cut;
     }
-}
-
-TEST(A2SParserTest, ScoreTimeIsNotTrustedWithoutAdvanced) {
-    GameState state;
-    profiles::GameProfile profile;
-    ParseA2SReply(kNone + "E\x01\x00mp_timeleft\0"s + "12:00\0"s, state, profile);
-    EXPECT_EQ(state.Status.ScoreTime, "N/A");
-    profile.Advanced = 1;
-    ParseA2SReply(kNone + "E\x01\x00mp_timeleft\0"s + "12:00\0"s, state, profile);
-    EXPECT_EQ(state.Status.ScoreTime, "12:00");
 }
 
 } // namespace

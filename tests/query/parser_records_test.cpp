@@ -4,6 +4,7 @@
 
 #include "query/parsers.h"
 #include "query/quake_family.h"
+#include "query/query_extras.h"
 #include "tests/support/fixture_file.h"
 
 #include <cstdlib>
@@ -30,8 +31,8 @@ void PrintTo(const ParseCase& c, std::ostream* os) {
 }
 
 int EngineByCode(const std::string& code) {
-    for (int id = 1; id <= kEngineCount; ++id)
-        if (EngineCode(id) == code) return id;
+    for (int id = 1; id <= kEngineA2S; ++id)
+        if (EngineCodeWithExtras(id, {false, true, false, false}) == code) return id;
     ADD_FAILURE() << "unknown engine " << code;
     return kEngineUnknown;
 }
