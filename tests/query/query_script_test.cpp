@@ -10,6 +10,7 @@
 #include "query/game_data_log.h"
 #include "query/name_colours.h"
 #include "query/parsers.h"
+#include "query/quake_family.h"
 #include "query/query_cycle.h"
 #include "query/query_cycle_packets.h"
 #include "query/server_address.h"
@@ -253,6 +254,52 @@ private:
             {"correct-scores", [&] { CorrectTeamScores(m_state, number(), std::stoi(rest)); }},
             {"reset-scores", [&] { ResetTeamScores(m_state); }},
             {"calc-scores", [&] { CalcTeamScores(m_state, number(), 0, m_settings.Profiles.Active()); }},
+            {"a2s-request", [&] { Line("request " + Escape(BuildA2SQuery(number(), Bytes(rest)))); }},
+            {"a2s-probe", [&] { Line("request " + Escape(m_a2s.ProbeRequest())); }},
+            {"a2s-next",
+             [&] {
+                 int step = number();
+                 const std::string request = m_a2s.NextRequest(step);
+                 Line("request " + Escape(request) + " step " + std::to_string(step));
+             }},
+            {"a2s-receive",
+             [&] {
+                 const A2SExchange::Outcome o = m_a2s.Receive(Bytes(arg));
+                 Line("reply " + (o.reply ? Escape(*o.reply) : "-") + " resend " +
+                      (o.resend ? Escape(*o.resend) : "-"));
+             }},
+            {"a2s-part", // "a2s-part [N] DATA": with N, N more bytes "a" after DATA
+             [&] {
+                 const bool padded = !arg.empty() && std::isdigit(static_cast<unsigned char>(arg[0]));
+                 const std::string part = padded ? Bytes(rest) + std::string(number(), 'a') : Bytes(arg);
+                 const std::optional<std::string> whole = m_assembly.Add(part);
+                 Line(whole ? "whole " + Escape(*whole) : "held " + std::to_string(m_assembly.PartsHeld()));
+             }},
+            {"cuts", // every beginning of a reply parsed on its own: where what it yields changes
+             [&] {
+                 const std::string reply = Bytes(rest);
+                 std::string last;
+                 for (std::size_t cut = 0; cut <= reply.size(); ++cut) {
+                     GameState s;
+                     ParseEngineReply(EngineByCode(first), std::string_view(reply).substr(0, cut), s,
+                                      m_settings.Profiles.Active());
+                     const std::string now = "host=" + Escape(s.Status.HostName) +
+                                             " players=" + std::to_string(s.Status.NumPlayers) +
+                                             " first=" + Escape(s.Players[1].Name);
+                     if (now != last) Line("from " + std::to_string(cut) + " " + now);
+                     last = now;
+                 }
+             }},
+            {"team", [&] { m_state.Players[static_cast<std::size_t>(number())].Team = std::stoi(rest); }},
+            {"threewave", // time limit, time played, game name: the time left
+             [&] {
+                 ServerStatus st;
+                 st.TimeLimit = static_cast<std::uint8_t>(number());
+                 st.ScoreTime = rest.substr(0, rest.find(' '));
+                 st.GameName = Bytes(rest.substr(rest.find(' ') + 1));
+                 quake::ApplyThreewaveTime(st);
+                 Line("left " + st.ScoreTime);
+             }},
             {"player",
              [&] {
                  PlayerStatus& p = m_state.Players[static_cast<std::size_t>(number())];
@@ -358,6 +405,8 @@ private:
     Recorder m_rec;
     QueryCycle m_cycle{m_view, m_state, m_settings, m_rec};
     LocalDateTime m_now;
+    A2SExchange m_a2s;
+    A2SAssembly m_assembly;
     std::ostringstream m_out;
 };
 
