@@ -10,7 +10,6 @@
 #include "tests/e2e/tallybot_process.h"
 #include "tests/support/fake_irc_server.h"
 #include "tests/support/fixture_file.h"
-#include "tests/support/gamesim_process.h"
 #include "tests/support/temp_folder.h"
 
 #include <cstdlib>
@@ -88,7 +87,7 @@ protected:
     }
 
     testsupport::FakeIrcServer irc;
-    testsupport::GamesimProcess sim;
+    GamesimProcess sim;
     test::TempFolder home;
     TallybotProcess bot;
 };

@@ -5,7 +5,6 @@
 #include "tests/e2e/tallybot_process.h"
 #include "tests/support/fake_irc_server.h"
 #include "tests/support/fixture_file.h"
-#include "tests/support/gamesim_process.h"
 #include "tests/support/irc_test_client.h"
 #include "tests/support/ngircd_server.h"
 #include "tests/support/temp_folder.h"
@@ -29,7 +28,6 @@ using tallybot::test::ReadBytes;
 using tallybot::test::TempFolder;
 using tallybot::test::WriteBytes;
 using testsupport::FakeIrcServer;
-using testsupport::GamesimProcess;
 using testsupport::IrcTestClient;
 using testsupport::NgircdServer;
 using testsupport::RegexQuote;
