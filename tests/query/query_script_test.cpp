@@ -216,13 +216,15 @@ private:
              }},
             {"needs-switch",
              [&] { Line("engine " + PresentDayEngineNeedingSwitch(Bytes(rest), EngineByCode(first))); }},
-            {"name",
+            {"name", // names are views into a reply: the digit after this one must not be read
              [&] {
-                 const std::string in = Bytes(arg), irc = CleanName(in, true);
-                 Line("clear " + Escape(ClearName(in)) + " irc " + Escape(irc) + " shown " +
-                      Escape(WithoutIrcColours(irc)));
-                 EXPECT_EQ(CleanName(in, false), ClearName(in)) << arg;
-                 EXPECT_EQ(GameColoursToIrc(in), irc) << arg;
+                 const std::string in = Bytes(arg), buffer = in + "1";
+                 const std::string_view name(buffer.data(), in.size());
+                 const std::string irc = CleanName(name, true), ircBuffer = irc + "1";
+                 Line("clear " + Escape(ClearName(name)) + " irc " + Escape(irc) + " shown " +
+                      Escape(WithoutIrcColours(std::string_view(ircBuffer.data(), irc.size()))));
+                 EXPECT_EQ(CleanName(name, false), ClearName(name)) << arg;
+                 EXPECT_EQ(GameColoursToIrc(name), irc) << arg;
              }},
             {"unreal", [&] { Line("irc " + Escape(UnrealColoursToIrc(Bytes(arg)))); }},
             {"ipv6", [&] { Line(IsIPv6Literal(arg) ? "ipv6 yes" : "ipv6 no"); }},
