@@ -81,7 +81,7 @@ protected:
         const std::string command = text.substr(0, text.find(' '));
         for (int attempt = 0; attempt < 10; ++attempt) {
             irc.WriteLine(":alice!a@h PRIVMSG #test :" + text);
-            if (bot.Out.WaitFor("^" + RegexQuote("[SYSTEM] alice requested " + command + " -> sent."), 2s)) return true;
+            if (bot.Out.WaitFor("^" + RegexQuote("[SYSTEM] alice requested " + command + " -> sent."), 3s)) return true;
         }
         return false;
     }
@@ -107,7 +107,7 @@ TEST_P(EngineFamilyTest, ChannelTranscript) {
         home.File("Tallybot.ini"),
         "[IRC]\r\n1Server=127.0.0.1\r\n1Port=" + std::to_string(irc.Port()) +
             "\r\n1Channel=#test\r\n1Nick=Tallybot\r\n[Game]\r\n1Host=127.0.0.1:" + std::to_string(sim.Port()) +
-            "\r\nQueryTime=500\r\n[Autopost]\r\nSendDelay=1\r\n" + "[Extras]\r\nIdentEnabled=0\r\n" + extras);
+            "\r\nQueryTime=500\r\n[Autopost]\r\nSendDelay=1\r\n[Extras]\r\nIdentEnabled=0\r\n" + extras);
     ASSERT_TRUE(bot.Start({"--home", QString::fromStdString(home.File("")), "--headless"}));
     ASSERT_TRUE(irc.WaitForLine("^NICK ")) << bot.Transcript();
     irc.WriteLine(":irc.fake 001 Tallybot :Welcome");
