@@ -1,8 +1,9 @@
 // The whole program without a window: `tallybot --headless` with its own home folder, a real
-// ngircd, the game-server simulator and a user in the channel who reads what the bot posts.
+// ngircd, the game-server simulator and a user in the channel; remote control, standard output,
+// the terminal's colours and the shutdown. What the bot posts per engine family is pinned by
+// engine_family_itest.cpp.
 #include "tests/e2e/tallybot_process.h"
 #include "tests/support/fixture_file.h"
-#include "tests/support/gamesim_process.h"
 #include "tests/support/irc_daemon.h"
 #include "tests/support/irc_peers.h"
 #include "tests/support/temp_folder.h"
@@ -26,32 +27,9 @@ using tallybot::test::ReadBytes;
 using tallybot::test::TempFolder;
 using tallybot::test::WriteBytes;
 using testsupport::FakeIrcServer;
-using testsupport::GamesimProcess;
 using testsupport::IrcTestClient;
 using testsupport::NgircdServer;
 using testsupport::RegexQuote;
-
-constexpr auto kMatchDeadline = 40s; // the scripted match runs for about 30 s
-
-// Capture the flag: the server reports teams and team scores, a capture is worth 5 points, the
-// standard posts (no custom texts), no interval posts.
-const char* const kCtfProfile = "[General]\r\nDescription=Quake 3 CTF for the end-to-end test\r\n"
-                                "[Game]\r\nEngine=2\r\nName=\r\nType=4\r\n"
-                                "[AdvInfo]\r\nAdvanced=1\r\nAutoTeams=1\r\nScoring=2\r\nScorePerCap=5\r\n"
-                                "[Posting]\r\nPostScoreChange=1\r\nStatusPosting=1\r\nInterval=0\r\n"
-                                "IntervalTime=1\r\nIntervalInfo=5\r\n"
-                                "[Report]\r\nUseCustom=0\r\n";
-
-// A match joined late (12:00 of 20 left), a red capture by Alice, a timeout called by red and the
-// resume, the end, and the next match starting at the full time limit.
-const char* const kMatchScript = "host Test Arena\nmap q3ctf1\ngametype 4\ngamename baseq3\ntimelimit 20\n"
-                                 "capturelimit 8\ntime 12:00\nteamscore 0 0\n"
-                                 "player Alice red 10 50\nplayer Bob blue 5 70\n"
-                                 "at 6 score Alice 15\nat 6 teamscore 1 0\nat 6 time 11:00\n"
-                                 "at 11 time TIMEOUT RED\n"
-                                 "at 16 time 10:00\n"
-                                 "at 21 time INTERMISSION\n"
-                                 "at 26 teamscore 0 0\nat 26 score Alice 0\nat 26 score Bob 0\nat 26 time 20:00\n";
 
 std::string SettingsFile(std::uint16_t ircPort) {
     return "[IRC]\r\n1Server=127.0.0.1\r\n1Port=" + std::to_string(ircPort) +
@@ -59,46 +37,6 @@ std::string SettingsFile(std::uint16_t ircPort) {
            "[Game]\r\n1Host=127.0.0.1:9\r\nQueryTime=500\r\n"
            "[Autopost]\r\nSendDelay=3\r\nCommandParameter=1\r\n"
            "[Extras]\r\nIdentEnabled=0\r\n";
-}
-
-std::string Coloured(const std::string& pattern) {
-    std::string text;
-    for (std::size_t i = 0; i < pattern.size(); ++i) {
-        const std::size_t close = pattern[i] == '{' ? pattern.find('}', i) : std::string::npos;
-        if (close == std::string::npos) {
-            text += pattern[i];
-            continue;
-        }
-        text += '\x03' + pattern.substr(i + 1, close - i - 1);
-        i = close;
-    }
-    return text;
-}
-
-// A pattern for the bot's channel line that begins with the text ("{10}": colour code 3 and "10").
-std::string ChannelLine(const std::string& channel, const std::string& start) {
-    return "^:Tallybot!\\S+ PRIVMSG " + RegexQuote(channel) + " :" + RegexQuote(Coloured(start));
-}
-
-// The bot's lines in a channel, in the order they arrived.
-std::vector<std::string> ChannelTranscript(const std::vector<std::string>& lines, const std::string& channel) {
-    const QRegularExpression said("^:Tallybot!\\S+ PRIVMSG " +
-                                  QRegularExpression::escape(QString::fromStdString(channel)) + " :");
-    std::vector<std::string> transcript;
-    for (const std::string& line : lines) {
-        const auto match = said.match(QString::fromLatin1(line.data(), static_cast<qsizetype>(line.size())));
-        if (match.hasMatch()) transcript.push_back(line.substr(static_cast<std::size_t>(match.capturedLength())));
-    }
-    return transcript;
-}
-
-// An expected transcript under tests/data: one line each, "#" lines left out, "{NN}" as colour codes.
-std::vector<std::string> ExpectedTranscript(const std::string& file) {
-    std::istringstream in(tallybot::test::ReadFixture(file));
-    std::vector<std::string> transcript;
-    for (std::string line; std::getline(in, line);)
-        if (!line.starts_with("#")) transcript.push_back(Coloured(line));
-    return transcript;
 }
 
 // The keys of an INI text, as "Section/Key".
@@ -125,8 +63,6 @@ protected:
         ASSERT_TRUE(alice.Register());
         ASSERT_TRUE(alice.Join("#test"));
         ASSERT_TRUE(alice.Join("#test2"));
-        std::filesystem::create_directories(home.File("Profiles"));
-        WriteBytes(home.File("Profiles/Quake3-CTF.igp"), kCtfProfile);
         WriteBytes(home.File("Tallybot.ini"), SettingsFile(ircd.Port()));
         homeArg = QString::fromStdString(home.File(""));
     }
@@ -139,28 +75,30 @@ protected:
     GamesimProcess sim;
 };
 
-TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
+TEST_F(HeadlessTest, ChannelCommandsRemoteControlAndShutdown) {
     // The positional command runs once after load: it stops the probe of the placeholder host,
     // and, being longer than six characters, lets "ConGam" name a new server later.
     ASSERT_TRUE(bot.Start({"--home", homeArg, "--headless", "DisGam:now"}));
     ASSERT_TRUE(alice.WaitForLine(R"(^:Tallybot!\S+ JOIN :?#test$)")) << bot.Transcript();
     ASSERT_TRUE(bot.Out.WaitFor("^Game server: OFFLINE$")) << bot.Transcript();
 
-    ASSERT_TRUE(sim.Start("Q3", kMatchScript)) << sim.Output();
+    ASSERT_TRUE(sim.Start("Q3", "host Test Arena\nmap q3ctf1\nplayer Alice red 10 50\n")) << sim.Output();
     const std::string server = "127.0.0.1:" + std::to_string(sim.Port());
     ASSERT_EQ(RunTallybot({"--home", homeArg, "--send", QString::fromStdString("ConGam:" + server)}), 0);
     ASSERT_TRUE(bot.Out.WaitFor("^Game server: ONLINE - Q3$")) << bot.Transcript();
 
-    // The match plays out (it ends with the next match beginning); then the channel commands:
-    // answered, refused as spam, refused for another instance.
-    ASSERT_TRUE(alice.WaitForLine(ChannelLine("#test", "{10}The {2}match {10}has {2}begun"), kMatchDeadline))
-        << alice.Transcript() << bot.Transcript();
-
     // A channel line in Windows-1252 with IRC codes, for the check of standard output below.
     alice.Say("#test", "caf\xE9 \x02ok\x02");
 
-    alice.Say("#test", "!ssinfo Tallybot");
-    EXPECT_TRUE(bot.Out.WaitFor("^" + RegexQuote("[SYSTEM] alice requested !ssinfo -> sent.") + "$"));
+    // The channel commands: answered once the send delay from start-up is over, then refused as
+    // spam and for another instance.
+    const std::string answered = "^" + RegexQuote("[SYSTEM] alice requested !ssinfo -> sent.") + "$";
+    bool sent = false;
+    for (int attempt = 0; attempt < 10 && !sent; ++attempt) {
+        alice.Say("#test", "!ssinfo Tallybot");
+        sent = bot.Out.WaitFor(answered, 2s).has_value();
+    }
+    ASSERT_TRUE(sent) << bot.Transcript();
     alice.Say("#test", "!ssinfo Tallybot");
     alice.Say("#test", "!ssinfo Otherbot");
     EXPECT_TRUE(
@@ -178,16 +116,13 @@ TEST_F(HeadlessTest, CtfMatchCommandsRemoteControlAndShutdown) {
                      QString::fromStdString("ConIRC:127.0.0.1:" + std::to_string(ircd.Port()) + ":#test2:Tallybot2")}),
         0);
     EXPECT_TRUE(alice.WaitForLine(R"(^:Tallybot!\S+ QUIT :)")) << alice.Transcript();
-    // Everything the bot said in #test came before its QUIT: the whole transcript, line for line.
-    EXPECT_EQ(ChannelTranscript(alice.Lines(), "#test"), ExpectedTranscript("e2e/ctf_match.txt"))
-        << alice.Transcript() << bot.Transcript();
     EXPECT_TRUE(alice.WaitForLine(R"(^:Tallybot2!\S+ JOIN :?#test2$)")) << alice.Transcript();
 
     // Redirected standard output: UTF-8 text without control bytes, holding what a window shows
     // besides the pane (profile, query state) and the bot's own posts.
     const std::vector<std::string>& out = bot.Out.Lines();
     for (const char* expected :
-         {"Profile: Quake3-CTF", "<alice> caf\xC3\xA9 ok", "> Capped by Alice", "> Red (P 50) 1 : 0 (P 70) Blue"})
+         {"Profile: None", "<alice> caf\xC3\xA9 ok", "> Hostname: Test Arena , Map: q3ctf1 , Players: 1 / 16"})
         EXPECT_NE(std::find(out.begin(), out.end(), expected), out.end()) << expected << "\n" << bot.Transcript();
     for (const std::string& line : out) {
         EXPECT_EQ(QString::fromUtf8(line).toStdString(), line);

@@ -1,7 +1,6 @@
 // A new home (no Tallybot.ini yet) against servers of today: the present-day [Extras] values it is
 // written with let `tallybot --headless` register on InspIRCd, join and answer a channel command.
 #include "tests/e2e/tallybot_process.h"
-#include "tests/support/gamesim_process.h"
 #include "tests/support/irc_daemon.h"
 #include "tests/support/irc_peers.h"
 #include "tests/support/temp_folder.h"
@@ -12,7 +11,6 @@ namespace tallybot::e2e {
 namespace {
 
 using namespace std::chrono_literals;
-using testsupport::GamesimProcess;
 using testsupport::InspircdServer;
 using testsupport::IrcTestClient;
 using testsupport::RegexQuote;
