@@ -1,8 +1,11 @@
 // The main window over a real MainLogic with fake IRC sockets: controls and menus by name, the
-// connect button, the query controls, the tray texts, first activation and the correction dialogs.
+// boxes and buttons as the logic moves them, the tray texts, the first place on screen, the team
+// and score dialogs, and the help.
+#include "gui/frm_assign_players.h"
 #include "gui/frm_main.h"
 #include "gui/irc_pane_widget.h"
 #include "gui/program_documentation.h"
+#include "gui/window_geometry.h"
 #include "query/query_cycle.h"
 #include "tests/gui/fake_message_boxes.h"
 #include "tests/logic/logic_fixture.h"
@@ -27,24 +30,30 @@
 namespace tallybot::guitest {
 namespace {
 
-class FrmMainTest : public app::test::LogicTest {
+class FrmMainTest : public ::testing::Test, protected app::test::LogicRig {
 protected:
     void Open(const std::string& ini = "") {
+        if (window) {
+            logic->SetViewObserver({});
+            window.reset();
+            logic = std::make_unique<app::MainLogic>(transport, clock);
+        }
         Start(ini);
         window = std::make_unique<app::frmMain>(*logic, boxes);
         logic->SetViewObserver([this] { window->Refresh(); });
         window->Refresh();
     }
-    ~FrmMainTest() override {
-        logic->SetViewObserver({});
-        window.reset();
-    }
+    ~FrmMainTest() override { logic->SetViewObserver({}); }
     template <class W> W* Get(const char* name) {
         W* widget = window->findChild<W*>(name);
         EXPECT_NE(widget, nullptr) << name;
         return widget;
     }
     void Type(const char* combo, const char* text) { Get<QComboBox>(combo)->lineEdit()->setText(text); }
+    void Enter(const char* combo) {
+        emit Get<QComboBox>(combo)->lineEdit()->returnPressed();
+        testsupport::ProcessPendingEvents();
+    }
 
     FakeMessageBoxes boxes;
     std::unique_ptr<app::frmMain> window;
@@ -53,99 +62,113 @@ protected:
 TEST_F(FrmMainTest, EveryNamedControlAndMenuExists) {
     Open();
     EXPECT_FALSE(window->windowIcon().pixmap(32, 32).isNull());
-    for (const char* name : {"cmbIRCServer", "cmbIRCPort", "cmbIRCChannel", "cmbIRCNick", "cmbGamServer"})
-        EXPECT_NE(window->findChild<QComboBox*>(name), nullptr) << name;
-    for (const char* name :
-         {"cmdIRCConnection", "cmdGamQuery", "cmdInfoToIRC", "cmdProfiles", "cmdAssignPlayers", "cmdCorrectScore"})
-        EXPECT_NE(window->findChild<QPushButton*>(name), nullptr) << name;
-    for (const char* name : {"sstMain", "fraGamGeneral", "ircMain", "rtfIRCOutput", "txtIRCInput", "lvwUsers",
-                             "lvwPlayers", "txtTeamNameRed", "txtTeamNameBlue", "lblQueryStatus", "lblHostname"})
-        EXPECT_NE(window->findChild<QWidget*>(name), nullptr) << name;
-    for (const char* name :
-         {"mnuFile", "mnuExtras", "mnuProfiles", "mnuStatToIRC", "mnuCustMess", "mnuInfo", "mnuSysTray"})
-        EXPECT_NE(window->findChild<QMenu*>(name), nullptr) << name;
-    for (const char* name :
-         {"mnuFileQuit",       "mnuExtrasOptions",  "mnuExtrasSeperator", "mnuProfileEdit",   "mnuProfileSel(1)",
-          "mnuProfileSel(20)", "mnuPostServer",     "mnuPostServerShort", "mnuPostPlayers",   "mnuPostPlayersShort",
-          "mnuPostTeams",      "mnuPostTeamsShort", "mnuPostAbout",       "mnuPostHelp",      "mnuCustMessSel",
-          "mnuPostCustomMess", "mnuPostSeperator",  "mnuInfoHelp",        "mnuInfoSeperator", "mnuInfoAbout",
-          "mnuSysOpen",        "mnuSysSeperator",   "mnuSysQuit"})
-        EXPECT_NE(window->findChild<QAction*>(name), nullptr) << name;
+    for (const char* name : {"cmbIRCServer",
+                             "cmbIRCPort",
+                             "cmbIRCChannel",
+                             "cmbIRCNick",
+                             "cmbGamServer",
+                             "cmdIRCConnection",
+                             "cmdGamQuery",
+                             "cmdInfoToIRC",
+                             "cmdProfiles",
+                             "cmdAssignPlayers",
+                             "cmdCorrectScore",
+                             "sstMain",
+                             "fraGamGeneral",
+                             "ircMain",
+                             "rtfIRCOutput",
+                             "txtIRCInput",
+                             "lvwUsers",
+                             "lvwPlayers",
+                             "txtTeamNameRed",
+                             "txtTeamNameBlue",
+                             "lblQueryStatus",
+                             "lblHostname",
+                             "mnuFile",
+                             "mnuExtras",
+                             "mnuProfiles",
+                             "mnuStatToIRC",
+                             "mnuCustMess",
+                             "mnuInfo",
+                             "mnuSysTray",
+                             "mnuFileQuit",
+                             "mnuExtrasOptions",
+                             "mnuExtrasSeperator",
+                             "mnuProfileEdit",
+                             "mnuProfileSel(1)",
+                             "mnuProfileSel(20)",
+                             "mnuPostServer",
+                             "mnuPostServerShort",
+                             "mnuPostPlayers",
+                             "mnuPostPlayersShort",
+                             "mnuPostTeams",
+                             "mnuPostTeamsShort",
+                             "mnuPostAbout",
+                             "mnuPostHelp",
+                             "mnuCustMessSel",
+                             "mnuPostCustomMess",
+                             "mnuPostSeperator",
+                             "mnuInfoHelp",
+                             "mnuInfoSeperator",
+                             "mnuInfoAbout",
+                             "mnuSysOpen",
+                             "mnuSysSeperator",
+                             "mnuSysQuit"})
+        EXPECT_NE(window->findChild<QObject*>(name), nullptr) << name;
 }
 
-TEST_F(FrmMainTest, ConnectButtonNeedsAllFourIrcBoxes) {
+// From an empty first start to both connections, through the boxes as the operator fills them.
+TEST_F(FrmMainTest, BoxesButtonsMenusAndTrayFollowTheLogic) {
     Open();
     auto* connect = Get<QPushButton>("cmdIRCConnection");
+    auto* query = Get<QPushButton>("cmdGamQuery");
     EXPECT_FALSE(connect->isEnabled());
+    EXPECT_FALSE(query->isEnabled());
     Type("cmbIRCServer", "irc.test");
     Type("cmbIRCPort", "6667");
     Type("cmbIRCChannel", "#chan");
     EXPECT_FALSE(connect->isEnabled());
     Type("cmbIRCNick", "Bot");
     EXPECT_TRUE(connect->isEnabled());
-    Type("cmbIRCPort", "");
-    EXPECT_FALSE(connect->isEnabled());
     QString letters = "66a";
     int at = 0;
     EXPECT_EQ(Get<QComboBox>("cmbIRCPort")->lineEdit()->validator()->validate(letters, at), QValidator::Invalid);
-}
+    Get<QLineEdit>("txtTeamNameRed")->setText("Wolves");
+    EXPECT_EQ(logic->View().txtTeamNameRed, "Wolves");
 
-TEST_F(FrmMainTest, ConnectingDisablesTheIrcBoxesAndRenamesTheButton) {
-    Open(IrcIni());
-    EXPECT_EQ(Get<QComboBox>("cmbIRCServer")->currentText(), "irc.test");
-    emit Get<QComboBox>("cmbIRCNick")->lineEdit()->returnPressed(); // Enter in a box connects
-    testsupport::ProcessPendingEvents();
-    RegisterIrc();
-    EXPECT_EQ(Get<QPushButton>("cmdIRCConnection")->text(), "Dis&connect");
-    EXPECT_FALSE(Get<QComboBox>("cmbIRCNick")->isEnabled());
-    // The pane shows what the core wrote.
-    EXPECT_FALSE(window->IrcPane().Output().toPlainText().isEmpty());
-}
-
-TEST_F(FrmMainTest, QueryControlsMirrorTheirCaptionsAndColours) {
-    Open(IrcIni());
-    EXPECT_EQ(Get<QPushButton>("cmdGamQuery")->text(), "S&tart");
-    EXPECT_TRUE(Get<QPushButton>("cmdGamQuery")->isEnabled());
-    struct Case {
-        const char* caption;
-        std::uint32_t colour;
-        const char* css;
-    };
-    for (const Case c :
-         {Case{"OFFLINE", query::kColourOffline, "#ff0000"}, Case{"CONNECTING", query::kColourConnecting, "#ffff00"},
-          Case{"ONLINE - Q3", query::kColourOnline, "#00c000"}}) {
-        logic->View().Query.lblQueryStatusCaption = c.caption;
-        logic->View().Query.lblQueryStatusColour = c.colour;
-        logic->View().Query.cmdGamQueryCaption = "S&top";
-        window->Refresh();
-        auto* status = Get<QLabel>("lblQueryStatus");
-        EXPECT_EQ(status->text(), c.caption);
-        EXPECT_TRUE(status->styleSheet().contains(c.css)) << status->styleSheet().toStdString();
-        EXPECT_EQ(Get<QPushButton>("cmdGamQuery")->text(), "S&top");
-    }
-    Type("cmbGamServer", "");
-    EXPECT_FALSE(Get<QPushButton>("cmdGamQuery")->isEnabled());
     Type("cmbGamServer", "127.0.0.1:27960");
-    emit Get<QComboBox>("cmbGamServer")->lineEdit()->returnPressed(); // Enter in the address starts the query
-    testsupport::ProcessPendingEvents();
+    EXPECT_TRUE(query->isEnabled());
+    Enter("cmbGamServer"); // Enter in the address starts the query
     EXPECT_EQ(logic->Settings().ConnState, 2);
-}
+    EXPECT_EQ(query->text(), "S&top");
+    EXPECT_EQ(Get<QLabel>("lblQueryStatus")->text(), "CONNECTING");
+    EXPECT_TRUE(Get<QLabel>("lblQueryStatus")->styleSheet().contains("#ffff00"));
+    EXPECT_FALSE(Get<QMenu>("mnuStatToIRC")->isEnabled());
 
-TEST_F(FrmMainTest, TrayTooltipFollowsTheConnectionState) {
-    Open();
-    const char* suffixes[] = {" - ready", " - connected to IRC server", " - connected to game server",
-                              " - connected to IRC and game server"};
-    for (int state = 0; state <= 3; ++state) {
-        logic->Settings().ConnState = state;
-        window->showMinimized();
-        EXPECT_EQ(window->TrayToolTip().toStdString(), std::string("Tallybot") + suffixes[state]);
-        window->showNormal();
-        EXPECT_EQ(window->windowTitle().toStdString(), logic->View().Caption);
-    }
-    logic->Settings().MinToTray = 0;
-    logic->Settings().ConnState = 1;
+    Enter("cmbIRCNick"); // Enter in a box connects
+    RegisterIrc();
+    EXPECT_EQ(connect->text(), "Dis&connect");
+    EXPECT_FALSE(Get<QComboBox>("cmbIRCNick")->isEnabled());
+    EXPECT_TRUE(Get<QMenu>("mnuStatToIRC")->isEnabled());
+    EXPECT_FALSE(window->IrcPane().Output().toPlainText().isEmpty());
     window->showMinimized();
-    EXPECT_EQ(window->TrayToolTip().toStdString(), "Tallybot - connected to IRC and game server"); // untouched
+    EXPECT_EQ(window->TrayToolTip().toStdString(), "Tallybot - connected to IRC and game server");
+    window->showNormal();
+    EXPECT_EQ(window->windowTitle().toStdString(), logic->View().Caption);
+    logic->Settings().MinToTray = 0;
+    logic->cmdGamQuery_Click();
+    window->showMinimized();
+    EXPECT_EQ(window->TrayToolTip().toStdString(), "Tallybot - connected to IRC and game server"); // no tray: untouched
+    EXPECT_EQ(Get<QLabel>("lblQueryStatus")->text(), "OFFLINE");
+    EXPECT_TRUE(Get<QLabel>("lblQueryStatus")->styleSheet().contains("#ff0000"));
+
+    logic->View().mnuProfileSel[1] = {"ctf", true};
+    logic->Settings().Profiles.CurrentProfile = 1;
+    window->Refresh();
+    EXPECT_TRUE(Get<QAction>("mnuProfileSel(1)")->isVisible());
+    EXPECT_EQ(Get<QAction>("mnuProfileSel(1)")->text(), "ctf");
+    EXPECT_TRUE(Get<QAction>("mnuProfileSel(1)")->isChecked());
+    EXPECT_FALSE(Get<QAction>("mnuProfileSel(2)")->isVisible());
 }
 
 TEST_F(FrmMainTest, FirstActivationCentresOrRestoresTheStoredState) {
@@ -154,92 +177,92 @@ TEST_F(FrmMainTest, FirstActivationCentresOrRestoresTheStoredState) {
     const QRect area = window->screen()->availableGeometry();
     EXPECT_NEAR(window->frameGeometry().center().x(), area.center().x(), 2);
     EXPECT_TRUE(area.contains(window->frameGeometry())); // the test screen is smaller than the first size
-    logic->SetViewObserver({});
-    window.reset();
-    logic = std::make_unique<app::MainLogic>(transport, clock);
-    Open("[General]\r\nRemWinPos=1\r\nWinState=2\r\nWinTop=40\r\nWinLeft=50\r\n");
+    Open("[General]\r\nRemWinPos=1\r\nWinState=2\r\n");
     window->Form_Activate();
     EXPECT_TRUE(window->isMaximized());
     // A normal window goes where the file says, in twips: 15 to the pixel at 96 dpi.
-    logic->SetViewObserver({});
-    window.reset();
-    logic = std::make_unique<app::MainLogic>(transport, clock);
     Open("[General]\r\nRemWinPos=1\r\nWinState=0\r\nWinTop=1500\r\nWinLeft=3000\r\n");
     ASSERT_EQ(window->logicalDpiY(), 96);
     window->Form_Activate();
     EXPECT_EQ(window->pos(), QPoint(200, 100));
 }
 
+// The first size and place on screens of every size; 1280x800 at 150 % leaves about 853x501
+// logical pixels beside the panel.
+TEST(FirstPlacement, FitsTheFreeAreaThenCentres) {
+    const QMargins frame(4, 32, 4, 4);
+    const QSize minimum(760, 520), wanted(1000, 660);
+    EXPECT_EQ(desktop::FitToScreen(wanted, minimum, {0, 32, 853, 501}, frame),
+              (desktop::FirstPlacement{{0, 32}, {845, 465}, {760, 465}}));
+    EXPECT_EQ(desktop::FitToScreen(wanted, minimum, {0, 0, 1920, 1040}, frame),
+              (desktop::FirstPlacement{{456, 172}, {1000, 660}, minimum}));
+    EXPECT_EQ(desktop::FitToScreen(wanted, minimum, {1920, 0, 1280, 1024}, frame),
+              (desktop::FirstPlacement{{2056, 164}, {1000, 660}, minimum}));
+    EXPECT_EQ(desktop::FitToScreen(wanted, minimum, {0, 0, 640, 480}, frame),
+              (desktop::FirstPlacement{{0, 0}, {632, 444}, {632, 444}}));
+}
+
+// The assignment dialog from the window's button: assign, remove, "all" (also on an empty list),
+// and the list of the window shows the teams afterwards.
 TEST_F(FrmMainTest, AssigningPlayersShowsTheirTeamsInTheList) {
     Open();
     auto& game = logic->Game();
-    game.Status.NumPlayers = 2;
-    game.Players[1].Name = "alpha";
-    game.Players[2].Name = "beta";
-    window->RunDialog = [](QDialog& dialog) {
-        auto* players = dialog.findChild<QListWidget*>("lvwPlayers");
-        players->item(1)->setSelected(true);
-        dialog.findChild<QPushButton*>("cmdAssign(1)")->click();
-        dialog.findChild<QPushButton*>("cmdAssignAll(0)")->click();
+    game.Status.NumPlayers = 3;
+    game.Players[1] = {0, 0, "anna", 0, "", 0};
+    game.Players[2] = {0, 0, "bert", 2, "", 0};
+    game.Players[3] = {0, 0, "carl", 0, "", 0};
+    window->RunDialog = [&](QDialog& dialog) {
+        auto& d = dynamic_cast<desktop::frmAssignPlayers&>(dialog);
+        const auto click = [&](const char* name) { d.findChild<QPushButton*>(name)->click(); };
+        ASSERT_EQ(d.Players().count(), 2);
+        EXPECT_EQ(d.findChild<QPushButton*>("cmdAssign(1)")->text(), "Add to Blue >");
+        EXPECT_EQ(d.findChild<QPushButton*>("cmdDeAssignAll(0)")->text(), "<< All from Red");
+        EXPECT_EQ(d.PlayTeam(1).item(0)->text(), "bert");
+        d.Players().item(1)->setSelected(true);
+        click("cmdAssign(0)");
+        EXPECT_EQ(game.Players[3].Team, 1);
+        EXPECT_EQ(d.PlayTeam(0).item(0)->text(), "carl");
+        d.PlayTeam(0).item(0)->setSelected(true);
+        click("cmdDeAssign(0)");
+        EXPECT_EQ(game.Players[3].Team, 0);
+        EXPECT_EQ(d.Players().count(), 2);
+        click("cmdDeAssignAll(1)");
+        EXPECT_EQ(game.Players[2].Team, 0);
+        click("cmdAssignAll(1)");
+        EXPECT_EQ(d.PlayTeam(1).count(), 3);
+        click("cmdAssignAll(0)"); // nothing left to assign
+        EXPECT_EQ(d.PlayTeam(0).count(), 0);
     };
     window->cmdAssignPlayers_Click();
-    EXPECT_EQ(game.Players[1].Team, 1);
-    EXPECT_EQ(game.Players[2].Team, 2);
     auto* list = Get<QTreeWidget>("lvwPlayers");
-    ASSERT_EQ(list->topLevelItemCount(), 2);
-    EXPECT_EQ(list->topLevelItem(0)->text(3), "Red");
-    EXPECT_EQ(list->topLevelItem(1)->text(3), "Blue");
+    ASSERT_EQ(list->topLevelItemCount(), 3);
+    EXPECT_EQ(list->topLevelItem(0)->text(3), "Blue");
 }
 
+// A correction moves the previous scores too, so nothing is posted for it; a score that is no
+// 16-bit number is refused and the dialog stays open.
 TEST_F(FrmMainTest, ScoreCorrectionMovesThePreviousScoresAndPostsNothing) {
     Open(IrcIni());
     Get<QPushButton>("cmdIRCConnection")->click();
     RegisterIrc();
     const std::size_t sentBefore = transport.sent.size();
-    window->RunDialog = [](QDialog& dialog) {
-        dialog.findChild<QLineEdit*>("txtScoreRed")->setText("3");
-        dialog.findChild<QLineEdit*>("txtScoreBlue")->setText("-2");
-        dialog.findChild<QPushButton*>("cmdOK")->click();
-    };
-    window->cmdCorrectScore_Click();
-    EXPECT_EQ(logic->Game().TeamScoreRed, 3);
-    EXPECT_EQ(logic->Game().TeamScoreBlue, -2);
-    EXPECT_EQ(logic->ReportState().PrevScoreRed, 3);
-    EXPECT_EQ(logic->ReportState().PrevScoreBlue, -2);
-    EXPECT_EQ(transport.sent.size(), sentBefore);
-}
-
-TEST_F(FrmMainTest, ScoreThatIsNoSixteenBitNumberIsRefusedAndScoresStay) {
-    Open();
-    logic->Game().TeamScoreRed = 4;
     bool stayedOpen = false;
     window->RunDialog = [&](QDialog& dialog) {
         dialog.findChild<QLineEdit*>("txtScoreRed")->setText("40000");
         dialog.findChild<QPushButton*>("cmdOK")->click();
         stayedOpen = dialog.result() != QDialog::Accepted;
+        dialog.findChild<QLineEdit*>("txtScoreRed")->setText("3");
+        dialog.findChild<QLineEdit*>("txtScoreBlue")->setText("-2");
+        dialog.findChild<QPushButton*>("cmdOK")->click();
     };
     window->cmdCorrectScore_Click();
     EXPECT_TRUE(stayedOpen);
-    EXPECT_EQ(logic->Game().TeamScoreRed, 4);
     EXPECT_EQ(boxes.LastText(), "The red score must be a number from -32768 to 32767. The scores were not changed.");
-}
-
-TEST_F(FrmMainTest, PostMenuAndProfileMenuFollowTheView) {
-    Open();
-    logic->View().mnuStatToIRCEnabled = false;
-    logic->View().mnuProfileSel[1] = {"ctf", true};
-    window->Refresh();
-    EXPECT_FALSE(Get<QMenu>("mnuStatToIRC")->isEnabled());
-    EXPECT_TRUE(Get<QAction>("mnuProfileSel(1)")->isVisible());
-    EXPECT_EQ(Get<QAction>("mnuProfileSel(1)")->text(), "ctf");
-    EXPECT_FALSE(Get<QAction>("mnuProfileSel(2)")->isVisible());
-    EXPECT_FALSE(Get<QAction>("mnuProfileSel(1)")->isChecked());
-    logic->Settings().Profiles.CurrentProfile = 1;
-    window->Refresh();
-    EXPECT_TRUE(Get<QAction>("mnuProfileSel(1)")->isChecked());
-    logic->View().mnuStatToIRCEnabled = true;
-    window->Refresh();
-    EXPECT_TRUE(Get<QMenu>("mnuStatToIRC")->isEnabled());
+    EXPECT_EQ(logic->Game().TeamScoreRed, 3);
+    EXPECT_EQ(logic->Game().TeamScoreBlue, -2);
+    EXPECT_EQ(logic->ReportState().PrevScoreRed, 3);
+    EXPECT_EQ(logic->ReportState().PrevScoreBlue, -2);
+    EXPECT_EQ(transport.sent.size(), sentBefore);
 }
 
 TEST_F(FrmMainTest, HelpWithoutTheHelpFileOpensTheProgramsDocumentation) {
@@ -252,15 +275,9 @@ TEST_F(FrmMainTest, HelpWithoutTheHelpFileOpensTheProgramsDocumentation) {
     // An installed prefix: bin/ beside share/doc/tallybot/.
     std::filesystem::create_directories(home.File("bin"));
     std::filesystem::create_directories(home.File("share/doc/tallybot"));
-    test::WriteBytes(home.File("share/doc/tallybot/README.md"), "# Tallybot\n");
+    tallybot::test::WriteBytes(home.File("share/doc/tallybot/README.md"), "# Tallybot\n");
     EXPECT_EQ(desktop::ProgramDocumentation(QString::fromStdString(home.File("bin"))).toStdString(),
               home.File("share/doc/tallybot/README.md"));
-}
-
-TEST_F(FrmMainTest, TeamNameBoxesFeedTheTemplates) {
-    Open();
-    Get<QLineEdit>("txtTeamNameRed")->setText("Wolves");
-    EXPECT_EQ(logic->View().txtTeamNameRed, "Wolves");
 }
 
 } // namespace

@@ -60,7 +60,9 @@ protected:
     std::vector<std::string> opened;
 };
 
-TEST_F(IrcPaneTest, PaneAndInputTakeTheControlsFontAndBackColor) {
+// The font and back colour of the control (an unknown family falls back to the fixed font); the
+// colours, backgrounds, bold and underline of a line; the newest line stays in view.
+TEST_F(IrcPaneTest, PaintsTheLinesInTheControlsFontAndColours) {
     core.Properties().Font = "No Such Family";
     core.Properties().BackColor = 0x00336699; // 0x00BBGGRR
     pane.ApplyFontAndBackColor(core.Properties());
@@ -73,15 +75,12 @@ TEST_F(IrcPaneTest, PaneAndInputTakeTheControlsFontAndBackColor) {
     core.Properties().Font = installed.toStdString();
     pane.ApplyFontAndBackColor(core.Properties());
     EXPECT_EQ(pane.Input().font().family(), installed);
-}
 
-TEST_F(IrcPaneTest, PaintsColoursBackgroundsBoldAndUnderline) {
     core.AddText("plain \x03"
                  "04,08red on yellow\x0f \x02"
                  "bold\x02 \x1funder",
                  0x660000);
-    const QString text = pane.Output().document()->findBlockByNumber(0).text();
-    EXPECT_EQ(text, "plain red on yellow bold under");
+    EXPECT_EQ(pane.Output().document()->findBlockByNumber(0).text(), "plain red on yellow bold under");
     EXPECT_EQ(FormatAt(0, 0).foreground().color(), desktop::FromWindowsColour(0x660000));
     EXPECT_EQ(FormatAt(0, 6).foreground().color(), desktop::IrcPaletteColour(4));
     EXPECT_EQ(FormatAt(0, 6).background().color(), desktop::IrcPaletteColour(8));
@@ -89,9 +88,6 @@ TEST_F(IrcPaneTest, PaintsColoursBackgroundsBoldAndUnderline) {
     EXPECT_FALSE(FormatAt(0, 20).fontUnderline());
     EXPECT_TRUE(FormatAt(0, 25).fontUnderline());
     EXPECT_NE(FormatAt(0, 25).fontWeight(), QFont::Bold);
-}
-
-TEST_F(IrcPaneTest, NewestLineStaysInView) {
     for (int i = 0; i < 200; ++i)
         core.AddText("line " + std::to_string(i), 0);
     auto* bar = pane.Output().verticalScrollBar();
@@ -99,11 +95,12 @@ TEST_F(IrcPaneTest, NewestLineStaysInView) {
     EXPECT_EQ(bar->value(), bar->maximum());
 }
 
-TEST_F(IrcPaneTest, ClickOnALinkOpensItAndOnAChannelJoinsIt) {
+// A click on a link opens it, on a channel name joins it, elsewhere does nothing; the user list
+// shows the operator and voice marks.
+TEST_F(IrcPaneTest, LinksChannelsAndUsers) {
     core.AddText("see http://example.org/x and #other, or plain", 0);
     Click(PointOf(0, 8));
-    ASSERT_EQ(opened.size(), 1u);
-    EXPECT_EQ(opened[0], "http://example.org/x");
+    EXPECT_EQ(opened, std::vector<std::string>{"http://example.org/x"});
     Click(PointOf(0, 30));
     EXPECT_EQ(transport.Last(), "JOIN #other\r\n");
     const std::size_t sent = transport.sent.size();
@@ -111,23 +108,27 @@ TEST_F(IrcPaneTest, ClickOnALinkOpensItAndOnAChannelJoinsIt) {
     EXPECT_EQ(transport.sent.size(), sent);
     EXPECT_EQ(opened.size(), 1u);
     EXPECT_EQ(pane.Output().WordAt(PointOf(0, 8)), "http://example.org/x");
+    core.HandleLine(":irc.test 353 Corvamo = #Zephra :@op +voiced plain");
+    ASSERT_EQ(pane.Users().count(), 3);
+    EXPECT_EQ(pane.Users().item(0)->text(), "@op");
+    EXPECT_EQ(pane.Users().item(1)->text(), "+voiced");
+    EXPECT_EQ(pane.Users().item(2)->text(), "plain");
 }
 
-TEST_F(IrcPaneTest, FormattingKeysInsertControlCodesAndCtrlKShowsThePicker) {
+// Ctrl+K shows the colour picker (digits keep it open), the formatting keys insert their codes,
+// Enter sends the line and Up and Down walk the history.
+TEST_F(IrcPaneTest, TheInputLine) {
     pane.Input().setText("a");
     Key(Qt::Key_K, Qt::ControlModifier);
     EXPECT_TRUE(pane.ColourPicker().isVisibleTo(&pane));
     Key(Qt::Key_4, Qt::NoModifier, "4");
-    EXPECT_TRUE(pane.ColourPicker().isVisibleTo(&pane)); // digits keep it open
+    EXPECT_TRUE(pane.ColourPicker().isVisibleTo(&pane));
     Key(Qt::Key_B, Qt::ControlModifier);
     EXPECT_FALSE(pane.ColourPicker().isVisibleTo(&pane));
     Key(Qt::Key_U, Qt::ControlModifier);
     Key(Qt::Key_O, Qt::ControlModifier);
     EXPECT_EQ(pane.Input().text().toLatin1().toStdString(), "a\x03"
                                                             "4\x02\x1f\x0f");
-}
-
-TEST_F(IrcPaneTest, EnterSendsTheLineAndUpDownWalkTheHistory) {
     core.Properties().ControlType = 0; // not on a channel: the core answers in the pane
     pane.Input().setText("/JOIN #one");
     Key(Qt::Key_Return);
@@ -141,15 +142,6 @@ TEST_F(IrcPaneTest, EnterSendsTheLineAndUpDownWalkTheHistory) {
     EXPECT_EQ(pane.Input().text(), "/JOIN #one");
     Key(Qt::Key_Down);
     EXPECT_EQ(pane.Input().text(), "/JOIN #two");
-}
-
-TEST_F(IrcPaneTest, UserListShowsOperatorAndVoiceMarks) {
-    core.HandleLine(":irc.test 353 Corvamo = #Zephra :@op +voiced plain");
-    auto& users = pane.Users();
-    ASSERT_EQ(users.count(), 3);
-    EXPECT_EQ(users.item(0)->text(), "@op");
-    EXPECT_EQ(users.item(1)->text(), "+voiced");
-    EXPECT_EQ(users.item(2)->text(), "plain");
 }
 
 } // namespace

@@ -47,9 +47,11 @@ protected:
     int changes = 0;
 };
 
-TEST_F(ProfilesTest, NewAsksForANameAndWritesTheFileAtOnce) {
+// New asks for a name and writes the file at once with the editor's values; Save writes the edited
+// fields (the picker inserts at the caret); Delete spares "Default" and asks for the others.
+TEST_F(ProfilesTest, NewSaveAndDelete) {
     dialog->ShowProfile(Row("ctf") + 1);
-    boxes.textAnswers.push_back(QString("duel"));
+    boxes.textAnswers = {QString("duel"), std::nullopt};
     ASSERT_TRUE(dialog->NewProfile());
     EXPECT_EQ(boxes.questions.back(), "Create a new game profile|Name of new profile:");
     EXPECT_TRUE(Exists("duel.igp"));
@@ -57,11 +59,45 @@ TEST_F(ProfilesTest, NewAsksForANameAndWritesTheFileAtOnce) {
     EXPECT_GE(Row("duel"), 0);
     const auto& shown = settings.Profiles.Entries[static_cast<std::size_t>(dialog->ShownIndex())];
     EXPECT_EQ(shown.ProfileName, "duel");
-    EXPECT_EQ(shown.Description, "flags"); // the editor's values at the time
+    EXPECT_EQ(shown.Description, "flags");
     EXPECT_EQ(changes, 1);
-    boxes.textAnswers.push_back(std::nullopt);
-    EXPECT_FALSE(dialog->NewProfile());
+    EXPECT_FALSE(dialog->NewProfile()); // the name prompt cancelled
     EXPECT_EQ(settings.Profiles.ProfileCount, 3);
+
+    dialog->ShowProfile(Row("ctf") + 1);
+    Box("txtDescription")->setText("capture the flag");
+    Box("txtCustomMessage")->setText("Score: ");
+    Box("txtCustomMessage")->setCursorPosition(7);
+    dialog->ShowModifiers(Box("txtCustomMessage"));
+    dialog->Modifiers().Choose(11);
+    dialog->Modifiers().close();
+    Box("txtScorePerCap")->setText("5");
+    dialog->findChild<QComboBox*>("cmbEngine")->setCurrentIndex(11);
+    ASSERT_TRUE(dialog->SaveCurrent());
+    app::AppSettings reread;
+    reread.AppPath = home.Slash();
+    profiles::LoadProfile(reread, 1, "ctf.igp");
+    EXPECT_EQ(reread.Profiles.Entries[1].Description, "capture the flag");
+    EXPECT_EQ(reread.Profiles.Entries[1].Message, "Score: %tsr%");
+    EXPECT_EQ(reread.Profiles.Entries[1].ScorePerCap, 5);
+    EXPECT_EQ(reread.Profiles.Entries[1].Engine, 11);
+
+    dialog->ShowProfile(Row("Default") + 1);
+    boxes.questions.clear();
+    EXPECT_FALSE(dialog->DeleteCurrent());
+    EXPECT_EQ(boxes.LastText(), "The default profile should not be deleted. It ensures proper functionality with "
+                                "games for which no profile exists.");
+    EXPECT_TRUE(boxes.questions.empty());
+    EXPECT_TRUE(Exists("Default.igp"));
+    dialog->ShowProfile(Row("ctf") + 1);
+    boxes.yesNo = {false, true};
+    EXPECT_FALSE(dialog->DeleteCurrent());
+    EXPECT_EQ(boxes.questions.back(), "Delete profile?|Do you really want to delete this profile?");
+    EXPECT_TRUE(Exists("ctf.igp"));
+    EXPECT_TRUE(dialog->DeleteCurrent());
+    EXPECT_FALSE(Exists("ctf.igp"));
+    EXPECT_EQ(settings.Profiles.ProfileCount, 2);
+    EXPECT_EQ(Row("ctf"), -1);
 }
 
 TEST_F(ProfilesTest, OpensOnTheProfileInUseAndAsksBeforeEditsAreLost) {
@@ -84,42 +120,7 @@ TEST_F(ProfilesTest, OpensOnTheProfileInUseAndAsksBeforeEditsAreLost) {
     EXPECT_EQ(boxes.questions.size(), 3u);
 }
 
-TEST_F(ProfilesTest, SaveWritesTheEditedFields) {
-    dialog->ShowProfile(Row("ctf") + 1);
-    Box("txtDescription")->setText("capture the flag");
-    Box("txtCustomMessage")->setText("$ec$Map$ic$ %map%");
-    Box("txtScorePerCap")->setText("5");
-    dialog->findChild<QComboBox*>("cmbEngine")->setCurrentIndex(11);
-    ASSERT_TRUE(dialog->SaveCurrent());
-    app::AppSettings reread;
-    reread.AppPath = home.Slash();
-    profiles::LoadProfile(reread, 1, "ctf.igp");
-    EXPECT_EQ(reread.Profiles.Entries[1].Description, "capture the flag");
-    EXPECT_EQ(reread.Profiles.Entries[1].Message, "$ec$Map$ic$ %map%");
-    EXPECT_EQ(reread.Profiles.Entries[1].ScorePerCap, 5);
-    EXPECT_EQ(reread.Profiles.Entries[1].Engine, 11);
-}
-
-TEST_F(ProfilesTest, DefaultIsProtectedOthersGoOnlyAfterYes) {
-    dialog->ShowProfile(Row("Default") + 1);
-    EXPECT_FALSE(dialog->DeleteCurrent());
-    EXPECT_EQ(boxes.LastText(), "The default profile should not be deleted. It ensures proper functionality with "
-                                "games for which no profile exists.");
-    EXPECT_TRUE(boxes.questions.empty());
-    EXPECT_TRUE(Exists("Default.igp"));
-
-    dialog->ShowProfile(Row("ctf") + 1);
-    boxes.yesNo.push_back(false);
-    EXPECT_FALSE(dialog->DeleteCurrent());
-    EXPECT_EQ(boxes.questions.back(), "Delete profile?|Do you really want to delete this profile?");
-    EXPECT_TRUE(Exists("ctf.igp"));
-    boxes.yesNo.push_back(true);
-    EXPECT_TRUE(dialog->DeleteCurrent());
-    EXPECT_FALSE(Exists("ctf.igp"));
-    EXPECT_EQ(settings.Profiles.ProfileCount, 1);
-    EXPECT_EQ(Row("ctf"), -1);
-}
-
+// Leaving a number box with a bad entry: the refusal, the box's own page, the focus back in it.
 TEST_F(ProfilesTest, NumberBoxesAreRefusedOnTheirOwnPage) {
     dialog->show();
     auto* tabs = dialog->findChild<QTabWidget*>("sstDetails");
@@ -147,16 +148,6 @@ TEST_F(ProfilesTest, NumberBoxesAreRefusedOnTheirOwnPage) {
     boxes.shown.clear();
     EXPECT_TRUE(dialog->SaveCurrent());
     EXPECT_TRUE(boxes.shown.empty());
-}
-
-TEST_F(ProfilesTest, PickerInsertsIntoTheCustomMessage) {
-    auto* custom = Box("txtCustomMessage");
-    custom->setText("Score: ");
-    custom->setCursorPosition(7);
-    dialog->ShowModifiers(custom);
-    dialog->Modifiers().Choose(11); // %tsr%
-    EXPECT_EQ(custom->text(), "Score: %tsr%");
-    dialog->Modifiers().close();
 }
 
 } // namespace
