@@ -1,20 +1,14 @@
-// The main window's logic driven by scripts: each file under tests/data/logic/ holds cases of
+// The main window's logic driven by scripts (tests/data/logic/*.script, see transcript_script.h):
 // commands (settings and profile files, start-up, buttons, server lines, game replies, remote
-// commands, timer ticks, shutdown) and, indented below each command, everything that changed in
-// answer: lines sent to the IRC server, timers set, values of the view and the state, log entries,
-// messages to the operator, and whether the window was told to repaint. The runner replays the
-// commands and must rebuild the file byte for byte; TALLYBOT_WRITE_EXPECTED=1 writes the rebuilt
-// file after a deliberate change.
+// commands, timer ticks, shutdown) and, indented below each, everything that changed in answer:
+// lines sent to the IRC server, timers set, values of the view and the state, log entries,
+// messages to the operator, and whether the window was told to repaint.
 #include "app/logic/pane_text.h"
 #include "profiles/team_assignment.h"
 #include "tests/logic/logic_fixture.h"
-#include "tests/support/fixture_file.h"
+#include "tests/logic/transcript_script.h"
 
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <map>
 #include <set>
@@ -27,33 +21,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path ScriptFolder() {
-    return tallybot::test::SourceRoot() / "tests/data/logic";
-}
-
-// Bytes below 0x20, above 0x7E and the backslash are written as \xHH.
-std::string Escape(std::string_view bytes) {
-    std::string out;
-    for (const unsigned char c : bytes) {
-        char hex[5];
-        std::snprintf(hex, sizeof hex, "\\x%02X", c);
-        out += c < 0x20 || c > 0x7E || c == '\\' ? std::string(hex) : std::string(1, static_cast<char>(c));
-    }
-    return out;
-}
-
-std::string Unescape(std::string_view text) {
-    std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text.substr(i, 2) == "\\x" && i + 3 < text.size()) {
-            out += static_cast<char>(std::stoi(std::string(text.substr(i + 2, 2)), nullptr, 16));
-            i += 3;
-        } else {
-            out += text[i];
-        }
-    }
-    return out;
-}
+using tallybot::test::Escape;
+using tallybot::test::Unescape;
 
 std::string Join(const std::vector<std::string>& items, const char* separator = ",") {
     std::string out;
@@ -123,14 +92,9 @@ private:
             {"query", &MainLogic::cmdGamQuery_Click},
             {"unload", &MainLogic::Form_QueryUnload},
             {"refresh", &MainLogic::RefreshDisplay},
-            {"tick-query", &MainLogic::tmrGamQuery_Timer},
-            {"tick-post", &MainLogic::tmrIRCPost_Timer},
             {"tick-delay", &MainLogic::tmrIRCSendDelay_Timer},
             {"commit-gamserver", &MainLogic::cmbGamServer_Commit},
-            {"post-server", &MainLogic::mnuPostServer_Click},
             {"post-players-short", &MainLogic::mnuPostPlayersShort_Click},
-            {"post-teams", &MainLogic::mnuPostTeams_Click},
-            {"post-custom", &MainLogic::mnuPostCustomMess_Click},
         };
         const std::map<std::string, std::function<void()>> verbs = {
             {"file",
@@ -323,55 +287,17 @@ private:
     int m_refreshes = 0;
 };
 
-// Rebuilds a script: comments and case headers stay, commands run, indented lines are regenerated.
-// A case whose header ends in "(session)" runs over the Extras session.
-std::string Replay(const std::string& script) {
-    std::istringstream in(script);
-    std::string out;
-    std::vector<std::string> commands;
-    bool session = false;
-    const auto flush = [&] {
-        if (!commands.empty()) out += TranscriptRunner(session).Run(commands);
-        commands.clear();
-    };
-    for (std::string line; std::getline(in, line);) {
-        if (line.starts_with("  ")) continue;
-        if (line.empty() || line[0] == '#' || line.starts_with("===")) {
-            flush();
-            out += line + "\n";
-            if (line.starts_with("===")) session = line.ends_with("(session)");
-        } else {
-            commands.push_back(line);
-        }
-    }
-    flush();
-    return out;
-}
-
 class LogicTranscriptTest : public ::testing::TestWithParam<std::string> {};
 
+// A case whose header ends in "(session)" runs over the Extras session.
 TEST_P(LogicTranscriptTest, ReplaysAsWritten) {
-    const fs::path file = ScriptFolder() / GetParam();
-    const std::string script = tallybot::test::ReadBytes(file.string());
-    ASSERT_FALSE(script.empty()) << file;
-    const std::string replayed = Replay(script);
-    if (std::getenv("TALLYBOT_WRITE_EXPECTED")) {
-        std::ofstream(file, std::ios::binary) << replayed;
-        return;
-    }
-    EXPECT_EQ(replayed, script);
+    tallybot::test::CheckScript("logic", GetParam(), [](const std::string& header, const auto& commands) {
+        return TranscriptRunner(header.ends_with("(session)")).Run(commands);
+    });
 }
 
-std::vector<std::string> Scripts() {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(ScriptFolder()))
-        if (entry.path().extension() == ".script") names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-INSTANTIATE_TEST_SUITE_P(Scripts, LogicTranscriptTest, ::testing::ValuesIn(Scripts()),
-                         [](const auto& info) { return info.param.substr(0, info.param.find('.')); });
+INSTANTIATE_TEST_SUITE_P(Scripts, LogicTranscriptTest, ::testing::ValuesIn(tallybot::test::ScriptNames("logic")),
+                         [](const auto& info) { return info.param; });
 
 } // namespace
 } // namespace tallybot::app::test
