@@ -1,29 +1,21 @@
-// The main window over a real MainLogic with fake IRC sockets: controls and menus by name, the
-// boxes and buttons as the logic moves them, the tray texts, the first place on screen, the team
-// and score dialogs, and the help.
+// The main window over a real MainLogic with fake IRC sockets, beyond its scripts
+// (tests/data/gui/main_window.script): the first place on screen, the team and score dialogs, and
+// the help.
 #include "gui/frm_assign_players.h"
 #include "gui/frm_main.h"
-#include "gui/irc_pane_widget.h"
 #include "gui/program_documentation.h"
 #include "gui/window_geometry.h"
-#include "query/query_cycle.h"
 #include "tests/gui/fake_message_boxes.h"
 #include "tests/logic/logic_fixture.h"
-#include "tests/support/qt_wait.h"
 
 #include <filesystem>
 
-#include <QAction>
-#include <QComboBox>
 #include <QDialog>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMenu>
 #include <QPushButton>
 #include <QScreen>
 #include <QTreeWidget>
-#include <QValidator>
 
 #include <gtest/gtest.h>
 
@@ -49,127 +41,10 @@ protected:
         EXPECT_NE(widget, nullptr) << name;
         return widget;
     }
-    void Type(const char* combo, const char* text) { Get<QComboBox>(combo)->lineEdit()->setText(text); }
-    void Enter(const char* combo) {
-        emit Get<QComboBox>(combo)->lineEdit()->returnPressed();
-        testsupport::ProcessPendingEvents();
-    }
 
     FakeMessageBoxes boxes;
     std::unique_ptr<app::frmMain> window;
 };
-
-TEST_F(FrmMainTest, EveryNamedControlAndMenuExists) {
-    Open();
-    EXPECT_FALSE(window->windowIcon().pixmap(32, 32).isNull());
-    for (const char* name : {"cmbIRCServer",
-                             "cmbIRCPort",
-                             "cmbIRCChannel",
-                             "cmbIRCNick",
-                             "cmbGamServer",
-                             "cmdIRCConnection",
-                             "cmdGamQuery",
-                             "cmdInfoToIRC",
-                             "cmdProfiles",
-                             "cmdAssignPlayers",
-                             "cmdCorrectScore",
-                             "sstMain",
-                             "fraGamGeneral",
-                             "ircMain",
-                             "rtfIRCOutput",
-                             "txtIRCInput",
-                             "lvwUsers",
-                             "lvwPlayers",
-                             "txtTeamNameRed",
-                             "txtTeamNameBlue",
-                             "lblQueryStatus",
-                             "lblHostname",
-                             "mnuFile",
-                             "mnuExtras",
-                             "mnuProfiles",
-                             "mnuStatToIRC",
-                             "mnuCustMess",
-                             "mnuInfo",
-                             "mnuSysTray",
-                             "mnuFileQuit",
-                             "mnuExtrasOptions",
-                             "mnuExtrasSeperator",
-                             "mnuProfileEdit",
-                             "mnuProfileSel(1)",
-                             "mnuProfileSel(20)",
-                             "mnuPostServer",
-                             "mnuPostServerShort",
-                             "mnuPostPlayers",
-                             "mnuPostPlayersShort",
-                             "mnuPostTeams",
-                             "mnuPostTeamsShort",
-                             "mnuPostAbout",
-                             "mnuPostHelp",
-                             "mnuCustMessSel",
-                             "mnuPostCustomMess",
-                             "mnuPostSeperator",
-                             "mnuInfoHelp",
-                             "mnuInfoSeperator",
-                             "mnuInfoAbout",
-                             "mnuSysOpen",
-                             "mnuSysSeperator",
-                             "mnuSysQuit"})
-        EXPECT_NE(window->findChild<QObject*>(name), nullptr) << name;
-}
-
-// From an empty first start to both connections, through the boxes as the operator fills them.
-TEST_F(FrmMainTest, BoxesButtonsMenusAndTrayFollowTheLogic) {
-    Open();
-    auto* connect = Get<QPushButton>("cmdIRCConnection");
-    auto* query = Get<QPushButton>("cmdGamQuery");
-    EXPECT_FALSE(connect->isEnabled());
-    EXPECT_FALSE(query->isEnabled());
-    Type("cmbIRCServer", "irc.test");
-    Type("cmbIRCPort", "6667");
-    Type("cmbIRCChannel", "#chan");
-    EXPECT_FALSE(connect->isEnabled());
-    Type("cmbIRCNick", "Bot");
-    EXPECT_TRUE(connect->isEnabled());
-    QString letters = "66a";
-    int at = 0;
-    EXPECT_EQ(Get<QComboBox>("cmbIRCPort")->lineEdit()->validator()->validate(letters, at), QValidator::Invalid);
-    Get<QLineEdit>("txtTeamNameRed")->setText("Wolves");
-    EXPECT_EQ(logic->View().txtTeamNameRed, "Wolves");
-
-    Type("cmbGamServer", "127.0.0.1:27960");
-    EXPECT_TRUE(query->isEnabled());
-    Enter("cmbGamServer"); // Enter in the address starts the query
-    EXPECT_EQ(logic->Settings().ConnState, 2);
-    EXPECT_EQ(query->text(), "S&top");
-    EXPECT_EQ(Get<QLabel>("lblQueryStatus")->text(), "CONNECTING");
-    EXPECT_TRUE(Get<QLabel>("lblQueryStatus")->styleSheet().contains("#ffff00"));
-    EXPECT_FALSE(Get<QMenu>("mnuStatToIRC")->isEnabled());
-
-    Enter("cmbIRCNick"); // Enter in a box connects
-    RegisterIrc();
-    EXPECT_EQ(connect->text(), "Dis&connect");
-    EXPECT_FALSE(Get<QComboBox>("cmbIRCNick")->isEnabled());
-    EXPECT_TRUE(Get<QMenu>("mnuStatToIRC")->isEnabled());
-    EXPECT_FALSE(window->IrcPane().Output().toPlainText().isEmpty());
-    window->showMinimized();
-    EXPECT_EQ(window->TrayToolTip().toStdString(), "Tallybot - connected to IRC and game server");
-    window->showNormal();
-    EXPECT_EQ(window->windowTitle().toStdString(), logic->View().Caption);
-    logic->Settings().MinToTray = 0;
-    logic->cmdGamQuery_Click();
-    window->showMinimized();
-    EXPECT_EQ(window->TrayToolTip().toStdString(), "Tallybot - connected to IRC and game server"); // no tray: untouched
-    EXPECT_EQ(Get<QLabel>("lblQueryStatus")->text(), "OFFLINE");
-    EXPECT_TRUE(Get<QLabel>("lblQueryStatus")->styleSheet().contains("#ff0000"));
-
-    logic->View().mnuProfileSel[1] = {"ctf", true};
-    logic->Settings().Profiles.CurrentProfile = 1;
-    window->Refresh();
-    EXPECT_TRUE(Get<QAction>("mnuProfileSel(1)")->isVisible());
-    EXPECT_EQ(Get<QAction>("mnuProfileSel(1)")->text(), "ctf");
-    EXPECT_TRUE(Get<QAction>("mnuProfileSel(1)")->isChecked());
-    EXPECT_FALSE(Get<QAction>("mnuProfileSel(2)")->isVisible());
-}
 
 TEST_F(FrmMainTest, FirstActivationCentresOrRestoresTheStoredState) {
     Open();

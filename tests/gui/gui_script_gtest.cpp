@@ -1,0 +1,327 @@
+// The options dialog, the profile editor and the main window driven by scripts: each file under
+// tests/data/gui/ holds cases of commands on controls named as in the forms (type into a box, tick
+// a box, click a button or menu entry, leave a box, press Enter, answer the next question) and,
+// indented below each command, what it caused: message boxes and questions, the page a tab strip
+// turned to, the control that took the focus, a dialog closing, the lines of the settings file that
+// the record now holds differently, profile files written or removed, lines sent to the IRC server.
+// "show" writes the state of controls.
+#include "app/settings_file.h"
+#include "gui/frm_main.h"
+#include "gui/frm_modifiers.h"
+#include "gui/frm_options.h"
+#include "gui/frm_profiles.h"
+#include "profiles/profile_store.h"
+#include "tests/gui/fake_message_boxes.h"
+#include "tests/logic/logic_fixture.h"
+#include "tests/logic/transcript_script.h"
+#include "tests/support/qt_wait.h"
+
+#include <map>
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTreeWidget>
+
+#include <gtest/gtest.h>
+
+namespace tallybot::guitest {
+namespace {
+
+namespace fs = std::filesystem;
+using tallybot::test::Escape;
+
+std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line.substr(0, line.find_last_not_of('\r') + 1));
+    return lines;
+}
+
+// A control's state in one line: its text, ticks ("[x]"), entries (the current one with "*"), and
+// whether it is disabled or hidden.
+std::string Describe(QObject* o) {
+    std::string s;
+    const auto add = [&](const QString& text) {
+        if (!s.empty()) s += ' ';
+        s += text.toStdString();
+    };
+    if (auto* e = qobject_cast<QLineEdit*>(o)) add("\"" + e->text() + "\"");
+    if (auto* c = qobject_cast<QComboBox*>(o)) add("\"" + c->currentText() + "\"");
+    if (auto* b = qobject_cast<QAbstractButton*>(o)) add(b->text() + (b->isChecked() ? " [x]" : ""));
+    if (auto* l = qobject_cast<QLabel*>(o)) add(l->text() + " " + l->styleSheet());
+    if (auto* a = qobject_cast<QAction*>(o))
+        add(a->text() + (a->isChecked() ? " [x]" : "") + (a->isVisible() ? "" : " hidden"));
+    if (auto* l = qobject_cast<QListWidget*>(o))
+        for (int i = 0; i < l->count(); ++i)
+            add(l->item(i)->text() + (i == l->currentRow() ? "*;" : ";"));
+    if (auto* t = qobject_cast<QTreeWidget*>(o))
+        for (int i = 0; i < t->topLevelItemCount(); ++i)
+            for (int column = 0; column < t->columnCount(); ++column)
+                add(t->topLevelItem(i)->text(column) + (column + 1 == t->columnCount() ? ";" : ""));
+    auto* w = qobject_cast<QWidget*>(o);
+    if (w && !w->isEnabled()) add("disabled");
+    return s;
+}
+
+class GuiRunner {
+public:
+    std::string Run(const std::vector<std::string>& commands) {
+        for (const std::string& command : commands) {
+            m_out << command << "\n";
+            Execute(command);
+            testsupport::ProcessPendingEvents();
+            Record();
+        }
+        if (m_window) m_rig.logic->SetViewObserver({});
+        return m_out.str();
+    }
+
+private:
+    QWidget* Top() { return m_dialog ? static_cast<QWidget*>(m_dialog.get()) : m_window.get(); }
+    template <class T = QObject> T* Find(const std::string& name) {
+        T* found = Top()->findChild<T*>(QString::fromStdString(name));
+        if (!found) ADD_FAILURE() << "no control " << name;
+        return found;
+    }
+    QLineEdit* Edit(const std::string& name) {
+        auto* combo = Top()->findChild<QComboBox*>(QString::fromStdString(name));
+        return combo ? combo->lineEdit() : Find<QLineEdit>(name);
+    }
+    void Open(QDialog* dialog) {
+        m_dialog.reset(dialog);
+        m_dialog->show();
+        m_open = true;
+        m_ini = IniLines();
+    }
+
+    void Execute(const std::string& command) {
+        const auto blank = command.find(' ');
+        const std::string verb = command.substr(0, blank);
+        const std::string arg = blank == std::string::npos ? "" : tallybot::test::Unescape(command.substr(blank + 1));
+        const std::string first = arg.substr(0, arg.find(' '));
+        const std::string rest = arg.find(' ') == std::string::npos ? "" : arg.substr(arg.find(' ') + 1);
+        const std::map<std::string, std::function<void()>> verbs = {
+            {"file",
+             [&] {
+                 fs::create_directories(fs::path(m_rig.home.File(first)).parent_path());
+                 tallybot::test::WriteBytes(m_rig.home.File(first), rest);
+                 m_files = ProfileFiles();
+             }},
+            {"options",
+             [&] {
+                 m_settings.AppPath = m_rig.home.Slash();
+                 app::LoadSettings(m_settings);
+                 Open(new desktop::frmOptions(m_settings, m_boxes));
+             }},
+            {"profiles", // "profiles 2": with the second profile in use
+             [&] {
+                 m_settings.AppPath = m_rig.home.Slash();
+                 app::LoadSettings(m_settings);
+                 profiles::LoadAllProfiles(m_settings);
+                 m_settings.Profiles.CurrentProfile = arg.empty() ? 0 : std::stoi(arg);
+                 auto* editor = new desktop::frmProfiles(m_settings, m_boxes);
+                 editor->ProfilesChanged = [this] { m_out << "  profiles changed\n"; };
+                 Open(editor);
+             }},
+            {"main",
+             [&] {
+                 m_rig.Start();
+                 m_window = std::make_unique<app::frmMain>(*m_rig.logic, m_boxes);
+                 m_rig.logic->SetViewObserver([this] { m_window->Refresh(); });
+                 m_window->Refresh();
+             }},
+            {"register", [&] { m_rig.RegisterIrc(); }},
+            {"type", [&] { Edit(first)->setText(QString::fromStdString(rest)); }},
+            {"check", [&] { Find<QAbstractButton>(first)->setChecked(rest == "1"); }},
+            {"click",
+             [&] {
+                 if (auto* action = Top()->findChild<QAction*>(QString::fromStdString(arg)))
+                     action->trigger();
+                 else
+                     Find<QAbstractButton>(arg)->click();
+             }},
+            {"choose",
+             [&] {
+                 auto* combo = Find<QComboBox>(first);
+                 // "#11" is the twelfth entry; other texts name an entry's data
+                 combo->setCurrentIndex(rest[0] == '#' ? std::stoi(rest.substr(1))
+                                                       : combo->findData(QString::fromStdString(rest)));
+             }},
+            {"tab", [&] { Find<QTabWidget>(first)->setCurrentIndex(std::stoi(rest)); }},
+            {"row", [&] { Find<QListWidget>(first)->setCurrentRow(std::stoi(rest)); }},
+            {"caret", // "caret NAME 11", "caret NAME 0 7": the caret, or a selection of that length
+             [&] {
+                 std::istringstream at(rest);
+                 int start = 0, length = 0;
+                 at >> start >> length;
+                 Edit(first)->setSelection(start, length);
+             }},
+            {"keys", // typed key by key, so the box's validator sees each
+             [&] {
+                 for (const char c : rest) {
+                     QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, QString(QChar(c)));
+                     QApplication::sendEvent(Edit(first), &key);
+                 }
+             }},
+            {"defaults", // the push buttons that Enter would press
+             [&] {
+                 for (auto* button : Top()->findChildren<QPushButton*>())
+                     if (button->isDefault() || button->autoDefault())
+                         m_out << "  default " << button->objectName().toStdString() << "\n";
+             }},
+            {"tray", // minimised, then back: the tray tooltip and the title
+             [&] {
+                 m_window->showMinimized();
+                 m_out << "  tray " << m_window->TrayToolTip().toStdString() << "\n";
+                 m_window->showNormal();
+                 m_out << "  title " << m_window->windowTitle().toStdString() << "\n";
+             }},
+            {"focus", [&] { Find<QWidget>(arg)->setFocus(); }},
+            {"leave",
+             [&] {
+                 QFocusEvent leave(QEvent::FocusOut, Qt::TabFocusReason);
+                 QApplication::sendEvent(Find<QWidget>(arg), &leave);
+             }},
+            {"enter",
+             [&] {
+                 QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+                 QApplication::sendEvent(Edit(arg), &enter);
+             }},
+            {"answer", // the next answers: yes, no, text:NAME, no-text, save, discard, keep (cancel the close)
+             [&] {
+                 std::istringstream answers(arg);
+                 for (std::string a; answers >> a;) {
+                     if (a == "yes" || a == "no") m_boxes.yesNo.push_back(a == "yes");
+                     if (a.starts_with("text:")) m_boxes.textAnswers.push_back(QString::fromStdString(a.substr(5)));
+                     if (a == "no-text") m_boxes.textAnswers.push_back(std::nullopt);
+                     if (a == "save") m_boxes.saveChoices.push_back(desktop::SaveChoice::Save);
+                     if (a == "discard") m_boxes.saveChoices.push_back(desktop::SaveChoice::Discard);
+                     if (a == "keep") m_boxes.saveChoices.push_back(desktop::SaveChoice::Cancel);
+                 }
+             }},
+            {"call", [&] { Call(first, rest); }},
+            {"show",
+             [&] {
+                 std::istringstream names(arg);
+                 for (std::string name; names >> name;)
+                     m_out << "  " << name << ": " << Escape(Describe(Find(name))) << "\n";
+             }},
+        };
+        if (verbs.count(verb))
+            verbs.at(verb)();
+        else
+            ADD_FAILURE() << "unknown command " << command;
+    }
+
+    // The dialogs' own steps, with what they return.
+    void Call(const std::string& name, const std::string& arg) {
+        auto* options = dynamic_cast<desktop::frmOptions*>(m_dialog.get());
+        auto* editor = dynamic_cast<desktop::frmProfiles*>(m_dialog.get());
+        const auto result = [&](bool value) { m_out << "  returns " << value << "\n"; };
+        if (name == "Confirm") result(options->Confirm());
+        if (name == "NewProfile") result(editor->NewProfile());
+        if (name == "SaveCurrent") result(editor->SaveCurrent());
+        if (name == "DeleteCurrent") result(editor->DeleteCurrent());
+        if (name == "ShowProfile") editor->ShowProfile(std::stoi(arg));
+        if (name == "reject") m_dialog->reject();
+        if (name == "Pick") { // "Pick txtNoticeMsg 6": the placeholder picker for a box, one entry chosen
+            desktop::frmModifiers* picker = nullptr;
+            const auto box = Find<QLineEdit>(arg.substr(0, arg.find(' ')));
+            if (options) options->ShowModifiers(box), picker = &options->Modifiers();
+            if (editor) editor->ShowModifiers(box), picker = &editor->Modifiers();
+            picker->Choose(std::stoi(arg.substr(arg.find(' ') + 1)));
+            picker->close();
+        }
+    }
+
+    std::vector<std::string> IniLines() {
+        if (!m_dialog) return {};
+        app::AppSettings copy = m_settings; // the save escapes texts in place
+        copy.AppPath = m_dump.Slash();
+        app::SaveSettings(copy);
+        return Lines(tallybot::test::ReadBytes(m_dump.File("Tallybot.ini")));
+    }
+
+    std::map<std::string, std::string> ProfileFiles() {
+        std::map<std::string, std::string> files;
+        std::error_code ec;
+        for (const auto& entry : fs::directory_iterator(m_rig.home.File("Profiles"), ec))
+            files[entry.path().filename().string()] = tallybot::test::ReadBytes(entry.path().string());
+        return files;
+    }
+
+    // Everything new since the last command, in a fixed order.
+    void Record() {
+        for (; m_shown < m_boxes.shown.size(); ++m_shown)
+            m_out << "  box " << m_boxes.shown[m_shown].title << ": " << Escape(m_boxes.shown[m_shown].text) << "\n";
+        for (; m_asked < m_boxes.questions.size(); ++m_asked)
+            m_out << "  asked " << Escape(m_boxes.questions[m_asked]) << "\n";
+        for (; m_sent < m_rig.transport.sent.size(); ++m_sent)
+            m_out << "  sent " << Escape(m_rig.transport.sent[m_sent]) << "\n";
+        if (!Top()) return;
+        for (auto* tabs : Top()->findChildren<QTabWidget*>()) {
+            int& seen = m_tabs[tabs->objectName().toStdString()];
+            if (tabs->currentIndex() != seen)
+                m_out << "  tab " << tabs->objectName().toStdString() << " " << tabs->currentIndex() << "\n";
+            seen = tabs->currentIndex();
+        }
+        const std::string focus = Top()->focusWidget() ? Top()->focusWidget()->objectName().toStdString() : "";
+        if (focus != m_focus) m_out << "  focus " << focus << "\n";
+        m_focus = focus;
+        if (m_dialog && m_open && !m_dialog->isVisible())
+            m_out << "  closed " << (m_dialog->result() == QDialog::Accepted ? "accepted" : "rejected") << "\n";
+        m_open = m_dialog && m_dialog->isVisible();
+        const auto ini = IniLines();
+        for (std::size_t i = 0; i < ini.size() && i < m_ini.size(); ++i)
+            if (ini[i] != m_ini[i]) m_out << "  ini " << Escape(ini[i]) << "\n";
+        m_ini = ini;
+        const auto files = ProfileFiles();
+        for (const auto& [name, text] : files) {
+            const auto before = Lines(m_files.count(name) ? m_files[name] : "");
+            for (const std::string& line : Lines(text))
+                if (std::find(before.begin(), before.end(), line) == before.end())
+                    m_out << "  " << name << ": " << Escape(line) << "\n";
+        }
+        for (const auto& [name, text] : m_files)
+            if (!files.count(name)) m_out << "  removed " << name << "\n";
+        m_files = files;
+    }
+
+    app::test::LogicRig m_rig;
+    tallybot::test::TempFolder m_dump;
+    app::AppSettings m_settings;
+    FakeMessageBoxes m_boxes;
+    std::unique_ptr<QDialog> m_dialog;
+    std::unique_ptr<app::frmMain> m_window;
+    std::ostringstream m_out;
+    std::size_t m_shown = 0, m_asked = 0, m_sent = 0;
+    std::map<std::string, int> m_tabs;
+    std::string m_focus;
+    bool m_open = false;
+    std::vector<std::string> m_ini;
+    std::map<std::string, std::string> m_files;
+};
+
+class GuiScriptTest : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(GuiScriptTest, ReplaysAsWritten) {
+    tallybot::test::CheckScript("gui", GetParam(), [](const std::string&, const std::vector<std::string>& commands) {
+        return GuiRunner().Run(commands);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Scripts, GuiScriptTest, ::testing::ValuesIn(tallybot::test::ScriptNames("gui")),
+                         [](const auto& info) { return info.param; });
+
+} // namespace
+} // namespace tallybot::guitest
