@@ -5,6 +5,7 @@
 
 #include <deque>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tallybot::guitest {
@@ -12,9 +13,9 @@ namespace tallybot::guitest {
 // The front answer, or the fallback when none is left.
 template <class T> T Next(std::deque<T>& answers, T fallback) {
     if (answers.empty()) return fallback;
-    T answer = answers.front();
+    fallback = std::move(answers.front());
     answers.pop_front();
-    return answer;
+    return fallback;
 }
 
 struct FakeMessageBoxes : desktop::MessageBoxes {

@@ -1,7 +1,5 @@
 // The main window over a real MainLogic with fake IRC sockets, beyond its scripts
-// (tests/data/gui/main_window.script): the first place on screen, the team and score dialogs, and
-// the help.
-#include "gui/frm_assign_players.h"
+// (tests/data/gui/main_window.script): the first place on screen and the help.
 #include "gui/frm_main.h"
 #include "gui/program_documentation.h"
 #include "gui/window_geometry.h"
@@ -10,12 +8,7 @@
 
 #include <filesystem>
 
-#include <QDialog>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
 #include <QScreen>
-#include <QTreeWidget>
 
 #include <gtest/gtest.h>
 
@@ -75,69 +68,6 @@ TEST(FirstPlacement, FitsTheFreeAreaThenCentres) {
               (desktop::FirstPlacement{{2056, 164}, {1000, 660}, minimum}));
     EXPECT_EQ(desktop::FitToScreen(wanted, minimum, {0, 0, 640, 480}, frame),
               (desktop::FirstPlacement{{0, 0}, {632, 444}, {632, 444}}));
-}
-
-// The assignment dialog from the window's button: assign, remove, "all" (also on an empty list),
-// and the list of the window shows the teams afterwards.
-TEST_F(FrmMainTest, AssigningPlayersShowsTheirTeamsInTheList) {
-    Open();
-    auto& game = logic->Game();
-    game.Status.NumPlayers = 3;
-    game.Players[1] = {0, 0, "anna", 0, "", 0};
-    game.Players[2] = {0, 0, "bert", 2, "", 0};
-    game.Players[3] = {0, 0, "carl", 0, "", 0};
-    window->RunDialog = [&](QDialog& dialog) {
-        auto& d = dynamic_cast<desktop::frmAssignPlayers&>(dialog);
-        const auto click = [&](const char* name) { d.findChild<QPushButton*>(name)->click(); };
-        ASSERT_EQ(d.Players().count(), 2);
-        EXPECT_EQ(d.findChild<QPushButton*>("cmdAssign(1)")->text(), "Add to Blue >");
-        EXPECT_EQ(d.findChild<QPushButton*>("cmdDeAssignAll(0)")->text(), "<< All from Red");
-        EXPECT_EQ(d.PlayTeam(1).item(0)->text(), "bert");
-        d.Players().item(1)->setSelected(true);
-        click("cmdAssign(0)");
-        EXPECT_EQ(game.Players[3].Team, 1);
-        EXPECT_EQ(d.PlayTeam(0).item(0)->text(), "carl");
-        d.PlayTeam(0).item(0)->setSelected(true);
-        click("cmdDeAssign(0)");
-        EXPECT_EQ(game.Players[3].Team, 0);
-        EXPECT_EQ(d.Players().count(), 2);
-        click("cmdDeAssignAll(1)");
-        EXPECT_EQ(game.Players[2].Team, 0);
-        click("cmdAssignAll(1)");
-        EXPECT_EQ(d.PlayTeam(1).count(), 3);
-        click("cmdAssignAll(0)"); // nothing left to assign
-        EXPECT_EQ(d.PlayTeam(0).count(), 0);
-    };
-    window->cmdAssignPlayers_Click();
-    auto* list = Get<QTreeWidget>("lvwPlayers");
-    ASSERT_EQ(list->topLevelItemCount(), 3);
-    EXPECT_EQ(list->topLevelItem(0)->text(3), "Blue");
-}
-
-// A correction moves the previous scores too, so nothing is posted for it; a score that is no
-// 16-bit number is refused and the dialog stays open.
-TEST_F(FrmMainTest, ScoreCorrectionMovesThePreviousScoresAndPostsNothing) {
-    Open(IrcIni());
-    Get<QPushButton>("cmdIRCConnection")->click();
-    RegisterIrc();
-    const std::size_t sentBefore = transport.sent.size();
-    bool stayedOpen = false;
-    window->RunDialog = [&](QDialog& dialog) {
-        dialog.findChild<QLineEdit*>("txtScoreRed")->setText("40000");
-        dialog.findChild<QPushButton*>("cmdOK")->click();
-        stayedOpen = dialog.result() != QDialog::Accepted;
-        dialog.findChild<QLineEdit*>("txtScoreRed")->setText("3");
-        dialog.findChild<QLineEdit*>("txtScoreBlue")->setText("-2");
-        dialog.findChild<QPushButton*>("cmdOK")->click();
-    };
-    window->cmdCorrectScore_Click();
-    EXPECT_TRUE(stayedOpen);
-    EXPECT_EQ(boxes.LastText(), "The red score must be a number from -32768 to 32767. The scores were not changed.");
-    EXPECT_EQ(logic->Game().TeamScoreRed, 3);
-    EXPECT_EQ(logic->Game().TeamScoreBlue, -2);
-    EXPECT_EQ(logic->ReportState().PrevScoreRed, 3);
-    EXPECT_EQ(logic->ReportState().PrevScoreBlue, -2);
-    EXPECT_EQ(transport.sent.size(), sentBefore);
 }
 
 TEST_F(FrmMainTest, HelpWithoutTheHelpFileOpensTheProgramsDocumentation) {

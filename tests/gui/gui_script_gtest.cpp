@@ -20,6 +20,7 @@
 
 #include <map>
 #include <set>
+#include <utility>
 
 #include <QAction>
 #include <QApplication>
@@ -95,7 +96,10 @@ public:
     }
 
 private:
-    QWidget* Top() { return m_dialog ? static_cast<QWidget*>(m_dialog.get()) : m_window.get(); }
+    QWidget* Top() {
+        if (m_nested) return m_nested;
+        return m_dialog ? static_cast<QWidget*>(m_dialog.get()) : m_window.get();
+    }
     template <class T = QObject> T* Find(const std::string& name) {
         T* found = Top()->findChild<T*>(QString::fromStdString(name));
         if (!found) ADD_FAILURE() << "no control " << name;
@@ -147,6 +151,27 @@ private:
                  m_window = std::make_unique<app::frmMain>(*m_rig.logic, m_boxes);
                  m_rig.logic->SetViewObserver([this] { m_window->Refresh(); });
                  m_window->Refresh();
+                 // A dialog the window opens runs the commands queued with "inside", then closes.
+                 m_window->RunDialog = [this](QDialog& dialog) {
+                     m_nested = &dialog;
+                     for (const std::string& command : std::exchange(m_inside, {}))
+                         Execute(command);
+                     m_nested = nullptr;
+                 };
+             }},
+            {"inside", [&] { m_inside.push_back(command.substr(blank + 1)); }},
+            {"select", [&] { Find<QListWidget>(first)->item(std::stoi(rest))->setSelected(true); }},
+            {"reply", // a game reply, as the query socket delivers it
+             [&] {
+                 m_rig.logic->Query().sckGamServ_DataArrival(arg, {});
+                 m_rig.logic->Sync();
+             }},
+            {"scores",
+             [&] {
+                 const auto& g = m_rig.logic->Game();
+                 const auto& r = m_rig.logic->ReportState();
+                 m_out << "  scores " << g.TeamScoreRed << ":" << g.TeamScoreBlue << " prev " << r.PrevScoreRed << ":"
+                       << r.PrevScoreBlue << "\n";
              }},
             {"register", [&] { m_rig.RegisterIrc(); }},
             {"type", [&] { Edit(first)->setText(QString::fromStdString(rest)); }},
@@ -242,6 +267,8 @@ private:
         if (name == "DeleteCurrent") result(editor->DeleteCurrent());
         if (name == "ShowProfile") editor->ShowProfile(std::stoi(arg));
         if (name == "reject") m_dialog->reject();
+        if (name == "cmdAssignPlayers_Click") m_window->cmdAssignPlayers_Click();
+        if (name == "cmdCorrectScore_Click") m_window->cmdCorrectScore_Click();
         if (name == "Pick") { // "Pick txtNoticeMsg 6": the placeholder picker for a box, one entry chosen
             desktop::frmModifiers* picker = nullptr;
             const auto box = Find<QLineEdit>(arg.substr(0, arg.find(' ')));
@@ -311,6 +338,8 @@ private:
     FakeMessageBoxes m_boxes;
     std::unique_ptr<QDialog> m_dialog;
     std::unique_ptr<app::frmMain> m_window;
+    QWidget* m_nested = nullptr;
+    std::vector<std::string> m_inside;
     std::ostringstream m_out;
     std::size_t m_shown = 0, m_asked = 0, m_sent = 0;
     std::map<std::string, int> m_tabs;
