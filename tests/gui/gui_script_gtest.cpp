@@ -12,6 +12,7 @@
 #include "gui/frm_options.h"
 #include "gui/frm_profiles.h"
 #include "gui/irc_palette.h"
+#include "gui/irc_pane_widget.h"
 #include "profiles/profile_store.h"
 #include "tests/gui/fake_message_boxes.h"
 #include "tests/logic/logic_fixture.h"
@@ -27,12 +28,17 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFocusEvent>
+#include <QFontDatabase>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTabWidget>
+#include <QTextBlock>
 #include <QTextEdit>
 #include <QTreeWidget>
 
@@ -73,6 +79,18 @@ std::string Describe(QObject* o) {
         for (int i = 0; i < t->topLevelItemCount(); ++i)
             for (int column = 0; column < t->columnCount(); ++column)
                 add(t->topLevelItem(i)->text(column) + (column + 1 == t->columnCount() ? ";" : ""));
+    if (auto* t = qobject_cast<QTextEdit*>(o)) { // the newest line, in runs of one format
+        for (auto run = t->document()->lastBlock().begin(); !run.atEnd(); ++run) {
+            const QTextCharFormat f = run.fragment().charFormat();
+            QString style = f.hasProperty(QTextFormat::ForegroundBrush) ? f.foreground().color().name() : "";
+            if (f.hasProperty(QTextFormat::BackgroundBrush)) style += " on " + f.background().color().name();
+            if (f.fontWeight() >= QFont::Bold) style += " bold";
+            if (f.fontUnderline()) style += " underlined";
+            add("[" + style.trimmed() + "]" + run.fragment().text());
+        }
+        const QScrollBar* bar = t->verticalScrollBar();
+        if (bar->maximum() > 0) add(bar->value() == bar->maximum() ? "(at the end)" : "(scrolled back)");
+    }
     auto* w = qobject_cast<QWidget*>(o);
     if (w && !w->isEnabled()) add("disabled");
     return s;
@@ -98,7 +116,8 @@ public:
 private:
     QWidget* Top() {
         if (m_nested) return m_nested;
-        return m_dialog ? static_cast<QWidget*>(m_dialog.get()) : m_window.get();
+        if (m_dialog) return m_dialog.get();
+        return m_window ? static_cast<QWidget*>(m_window.get()) : m_pane.get();
     }
     template <class T = QObject> T* Find(const std::string& name) {
         T* found = Top()->findChild<T*>(QString::fromStdString(name));
@@ -159,6 +178,47 @@ private:
                      m_nested = nullptr;
                  };
              }},
+            {"pane", // the IRC pane alone, over its own IRC core
+             [&] {
+                 m_core = std::make_unique<irc::uscIRC>(m_rig.transport, m_rig.clock);
+                 m_pane = std::make_unique<desktop::IrcPaneWidget>();
+                 m_pane->resize(700, 300);
+                 m_pane->Bind(*m_core);
+                 m_pane->OpenLink = [this](const std::string& link) { m_out << "  opened " << link << "\n"; };
+                 m_pane->show();
+             }},
+            {"add", [&] { m_core->AddText(rest, std::stoi(first)); }},
+            {"line", [&] { m_core->HandleLine(arg); }},
+            {"lines", // "lines 200": as many numbered lines
+             [&] {
+                 for (int i = 0; i < std::stoi(arg); ++i)
+                     m_core->AddText("line " + std::to_string(i), 0);
+             }},
+            {"control-type", [&] { m_core->Properties().ControlType = std::stoi(arg); }},
+            {"click-at", // "click-at 8": a click on that character of the pane's first line
+             [&] {
+                 desktop::IrcOutputView& out = m_pane->Output();
+                 QTextCursor cursor(out.document()->firstBlock());
+                 cursor.setPosition(std::stoi(arg));
+                 const QPoint at = out.cursorRect(cursor).center() + QPoint(2, 0);
+                 for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+                     const auto buttons = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+                     QMouseEvent click(type, at, out.viewport()->mapToGlobal(at), Qt::LeftButton, buttons,
+                                       Qt::NoModifier);
+                     QApplication::sendEvent(out.viewport(), &click);
+                 }
+             }},
+            {"key", // "key txtIRCInput Ctrl+K": pressed and released; a lone character also types itself
+             [&] {
+                 const QKeyCombination key = QKeySequence::fromString(QString::fromStdString(rest))[0];
+                 const QString text = rest.size() == 1 ? QString::fromStdString(rest) : QString();
+                 for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+                     QKeyEvent event(type, key.key(), key.keyboardModifiers(), text);
+                     QApplication::sendEvent(Find<QWidget>(first), &event);
+                 }
+             }},
+            {"visible",
+             [&] { m_out << "  " << arg << (Find<QWidget>(arg)->isVisibleTo(Top()) ? " shown\n" : " hidden\n"); }},
             {"inside", [&] { m_inside.push_back(command.substr(blank + 1)); }},
             {"select", [&] { Find<QListWidget>(first)->item(std::stoi(rest))->setSelected(true); }},
             {"reply", // a game reply, as the query socket delivers it
@@ -338,6 +398,8 @@ private:
     FakeMessageBoxes m_boxes;
     std::unique_ptr<QDialog> m_dialog;
     std::unique_ptr<app::frmMain> m_window;
+    std::unique_ptr<irc::uscIRC> m_core;
+    std::unique_ptr<desktop::IrcPaneWidget> m_pane;
     QWidget* m_nested = nullptr;
     std::vector<std::string> m_inside;
     std::ostringstream m_out;
@@ -409,6 +471,27 @@ TEST(Options, PreviewColoursAndThePickersPlace) {
     dlg.Modifiers().close();
     EXPECT_EQ(settings.ModWinLeft, 3150);
     EXPECT_EQ(settings.ModWinTop, 2400);
+}
+
+// The font and back colour of the IRC control (an unknown family falls back to the fixed font);
+// the fonts installed differ between machines, so this stays out of the scripts.
+TEST(IrcPane, TakesTheControlsFontAndBackColor) {
+    irc::testing::FakeTransport transport;
+    irc::testing::FakeClock clock;
+    irc::uscIRC core(transport, clock);
+    desktop::IrcPaneWidget pane;
+    core.Properties().Font = "No Such Family";
+    core.Properties().BackColor = 0x00336699; // 0x00BBGGRR
+    pane.ApplyFontAndBackColor(core.Properties());
+    const QString fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
+    for (QWidget* box : {static_cast<QWidget*>(&pane.Output()), static_cast<QWidget*>(&pane.Input())}) {
+        EXPECT_EQ(box->font().family(), fixed);
+        EXPECT_EQ(box->palette().color(QPalette::Base), QColor(0x99, 0x66, 0x33));
+    }
+    const QString installed = QFontDatabase::families().value(0);
+    core.Properties().Font = installed.toStdString();
+    pane.ApplyFontAndBackColor(core.Properties());
+    EXPECT_EQ(pane.Input().font().family(), installed);
 }
 
 } // namespace
