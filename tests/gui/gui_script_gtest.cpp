@@ -13,12 +13,15 @@
 #include "gui/frm_profiles.h"
 #include "gui/irc_palette.h"
 #include "gui/irc_pane_widget.h"
+#include "gui/program_documentation.h"
+#include "gui/window_geometry.h"
 #include "profiles/profile_store.h"
 #include "tests/gui/fake_message_boxes.h"
 #include "tests/logic/logic_fixture.h"
 #include "tests/logic/transcript_script.h"
 #include "tests/support/qt_wait.h"
 
+#include <cstdio>
 #include <map>
 #include <set>
 #include <utility>
@@ -36,6 +39,7 @@
 #include <QListWidget>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTabWidget>
 #include <QTextBlock>
@@ -128,6 +132,15 @@ private:
         auto* combo = Top()->findChild<QComboBox*>(QString::fromStdString(name));
         return combo ? combo->lineEdit() : Find<QLineEdit>(name);
     }
+    static std::string Text(QPoint p) { return std::to_string(p.x()) + "," + std::to_string(p.y()); }
+    static std::string Text(QSize s) { return std::to_string(s.width()) + "x" + std::to_string(s.height()); }
+    // A path with the home folder and the source tree named as such.
+    std::string Homeless(std::string path) {
+        for (const auto& [from, to] : {std::pair<std::string, std::string>{m_rig.home.Slash(), "HOME/"},
+                                       {tallybot::test::SourceRoot().string() + "/", "SOURCE/"}})
+            if (path.starts_with(from)) path = to + path.substr(from.size());
+        return path;
+    }
     void Open(QDialog* dialog) {
         m_dialog.reset(dialog);
         m_dialog->show();
@@ -170,6 +183,9 @@ private:
                  m_window = std::make_unique<app::frmMain>(*m_rig.logic, m_boxes);
                  m_rig.logic->SetViewObserver([this] { m_window->Refresh(); });
                  m_window->Refresh();
+                 m_window->OpenUrl = [this](const QUrl& url) {
+                     m_out << "  opened " << Homeless(url.toLocalFile().toStdString()) << "\n";
+                 };
                  // A dialog the window opens runs the commands queued with "inside", then closes.
                  m_window->RunDialog = [this](QDialog& dialog) {
                      m_nested = &dialog;
@@ -219,6 +235,28 @@ private:
              }},
             {"visible",
              [&] { m_out << "  " << arg << (Find<QWidget>(arg)->isVisibleTo(Top()) ? " shown\n" : " hidden\n"); }},
+            {"activate", // the window's first activation: centred or where, on the screen, maximised
+             [&] {
+                 m_window->Form_Activate();
+                 const QRect area = m_window->screen()->availableGeometry(), frame = m_window->frameGeometry();
+                 const bool centred = std::abs(frame.center().x() - area.center().x()) <= 2;
+                 m_out << "  " << (centred ? "centred" : "at " + Text(m_window->pos()))
+                       << (area.contains(frame) ? " on the screen" : " off the screen") << "\n";
+                 if (m_window->isMaximized()) m_out << "  maximized\n";
+             }},
+            {"fit", // "fit 0,32,853,501": the first place of a 1000x660 window with that free area
+             [&] {
+                 int x = 0, y = 0, w = 0, h = 0;
+                 std::sscanf(arg.c_str(), "%d,%d,%d,%d", &x, &y, &w, &h);
+                 const auto fit = desktop::FitToScreen({1000, 660}, {760, 520}, {x, y, w, h}, {4, 32, 4, 4});
+                 m_out << "  at " << Text(fit.topLeft) << " size " << Text(fit.size) << " minimum " << Text(fit.minimum)
+                       << "\n";
+             }},
+            {"documentation", // the documentation a program in that folder of the home opens
+             [&] {
+                 const auto path = desktop::ProgramDocumentation(QString::fromStdString(m_rig.home.File(arg)));
+                 m_out << "  " << Homeless(path.toStdString()) << "\n";
+             }},
             {"inside", [&] { m_inside.push_back(command.substr(blank + 1)); }},
             {"select", [&] { Find<QListWidget>(first)->item(std::stoi(rest))->setSelected(true); }},
             {"reply", // a game reply, as the query socket delivers it
