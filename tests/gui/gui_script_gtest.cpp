@@ -367,13 +367,19 @@ private:
         if (name == "reject") m_dialog->reject();
         if (name == "cmdAssignPlayers_Click") m_window->cmdAssignPlayers_Click();
         if (name == "cmdCorrectScore_Click") m_window->cmdCorrectScore_Click();
-        if (name == "Pick") { // "Pick txtNoticeMsg 6": the placeholder picker for a box, one entry chosen
-            desktop::frmModifiers* picker = nullptr;
-            const auto box = Find<QLineEdit>(arg.substr(0, arg.find(' ')));
-            if (options) options->ShowModifiers(box), picker = &options->Modifiers();
-            if (editor) editor->ShowModifiers(box), picker = &editor->Modifiers();
-            picker->Choose(std::stoi(arg.substr(arg.find(' ') + 1)));
-            picker->close();
+        if (name == "Pick") { // "Pick txtNoticeMsg 6 [210,160]": the placeholder picker for a box, where it
+                              // opens, one entry chosen, then moved (when given) and closed
+            std::istringstream words(arg);
+            std::string box, to;
+            int entry = 0, x = 0, y = 0;
+            words >> box >> entry >> to;
+            if (options) options->ShowModifiers(Find<QLineEdit>(box));
+            if (editor) editor->ShowModifiers(Find<QLineEdit>(box));
+            desktop::frmModifiers& picker = options ? options->Modifiers() : editor->Modifiers();
+            m_out << "  picker at " << Text(picker.pos()) << "\n";
+            picker.Choose(entry);
+            if (std::sscanf(to.c_str(), "%d,%d", &x, &y) == 2) picker.move(x, y);
+            picker.close();
         }
     }
 
@@ -460,9 +466,7 @@ TEST_P(GuiScriptTest, ReplaysAsWritten) {
 INSTANTIATE_TEST_SUITE_P(Scripts, GuiScriptTest, ::testing::ValuesIn(tallybot::test::ScriptNames("gui")),
                          [](const auto& info) { return info.param; });
 
-// What a script cannot say about the options dialog: the Extras page has a row for every key of
-// [Extras] in the settings file; the preview paints in the chosen colours; the placeholder picker
-// opens where it was closed.
+// The Extras page of the options dialog has a row for every key of [Extras] in the settings file.
 TEST(Options, ExtrasPageHasARowForEveryKeyOfTheSettingsFile) {
     test::TempFolder home;
     app::AppSettings settings;
@@ -476,39 +480,6 @@ TEST(Options, ExtrasPageHasARowForEveryKeyOfTheSettingsFile) {
     for (const auto& row : desktop::ExtrasRows())
         rows.insert(row.key);
     EXPECT_EQ(rows, written);
-}
-
-QTextCharFormat FormatAt(QTextEdit& box, int position) {
-    QTextCursor cursor(box.document());
-    cursor.setPosition(position + 1);
-    return cursor.charFormat();
-}
-
-// The preview paints the expanded template in the chosen colours, with bold; the picker opens
-// where it was closed (twips: 15 to the pixel at 96 dpi) and stores where it was closed.
-TEST(Options, PreviewColoursAndThePickersPlace) {
-    app::AppSettings settings;
-    settings.ModWinLeft = 1845;
-    settings.ModWinTop = 1155;
-    FakeMessageBoxes boxes;
-    desktop::frmOptions dlg(settings, boxes);
-    dlg.findChild<QAbstractButton*>("picExtTextCol(12)")->click();
-    dlg.findChild<QAbstractButton*>("picInfoTextCol(3)")->click();
-    dlg.findChild<QLineEdit*>("txtOnJoinMsg")
-        ->setText("$ec$Map:$ic$ %map% \x02"
-                  "bold");
-    auto* preview = dlg.findChild<QTextEdit*>("rtfOnJoinPreview");
-    EXPECT_EQ(preview->toPlainText(), "Map: q3wctf2 bold");
-    EXPECT_EQ(FormatAt(*preview, 0).foreground().color(), desktop::PreviewColour(12));
-    EXPECT_EQ(FormatAt(*preview, 5).foreground().color(), desktop::PreviewColour(3));
-    EXPECT_EQ(FormatAt(*preview, 14).fontWeight(), QFont::Bold);
-
-    dlg.ShowModifiers(dlg.findChild<QLineEdit*>("txtOnJoinMsg"));
-    EXPECT_EQ(dlg.Modifiers().pos(), QPoint(123, 77));
-    dlg.Modifiers().move(210, 160);
-    dlg.Modifiers().close();
-    EXPECT_EQ(settings.ModWinLeft, 3150);
-    EXPECT_EQ(settings.ModWinTop, 2400);
 }
 
 // The font and back colour of the IRC control (an unknown family falls back to the fixed font);
