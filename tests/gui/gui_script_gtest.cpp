@@ -1,10 +1,11 @@
-// The options dialog, the profile editor and the main window driven by scripts: each file under
-// tests/data/gui/ holds cases of commands on controls named as in the forms (type into a box, tick
-// a box, click a button or menu entry, leave a box, press Enter, answer the next question) and,
-// indented below each command, what it caused: message boxes and questions, the page a tab strip
-// turned to, the control that took the focus, a dialog closing, the lines of the settings file that
-// the record now holds differently, profile files written or removed, lines sent to the IRC server.
-// "show" writes the state of controls.
+// The options dialog, the profile editor, the main window and the IRC pane driven by scripts: each
+// file under tests/data/gui/ holds cases of commands on controls named as in the forms (type into a
+// box, tick a box, click a button or menu entry, leave a box, press a key, answer the next
+// question, run commands inside a dialog the window opens) and, indented below each command, what
+// it caused: message boxes and questions, the page a tab strip turned to, the control that took the
+// focus, a dialog closing, the lines of the settings file that the record now holds differently,
+// profile-file lines written or files removed, lines sent to the IRC server. "show" writes the
+// state of controls. At the end, the two checks a script cannot state.
 #include "app/settings_file.h"
 #include "gui/extras_page.h"
 #include "gui/frm_main.h"
