@@ -50,9 +50,8 @@ struct LogicRig {
         if (session) session->Attach(nullptr);
     }
 
-    // Writes Tallybot.ini (when given) and runs start-up at 03/04/26 05:06:07 local time.
-    void Start(const std::string& ini = "", const std::string& commandLine = "") {
-        if (!ini.empty()) tallybot::test::WriteBytes(home.File("Tallybot.ini"), ini);
+    // Runs start-up at 03/04/26 05:06:07 local time.
+    void Start(const std::string& commandLine = "") {
         StartupOptions options;
         options.home = home.Slash();
         options.shell = &shell;
@@ -66,11 +65,6 @@ struct LogicRig {
         logic->Irc().OnServerConnected();
         logic->Irc().OnServerData(":irc.test 376 Bot :End of MOTD\r\n");
         logic->Irc().OnServerData(":" + logic->Irc().Nick() + "!u@h JOIN :" + logic->Irc().ChannelName() + "\r\n");
-    }
-
-    static std::string IrcIni() {
-        return "[IRC]\r\n1Server=irc.test\r\n1Port=6667\r\n1Channel=#chan\r\n1Nick=Bot\r\n"
-               "[Game]\r\n1Host=127.0.0.1:27960\r\n";
     }
 
     tallybot::test::TempFolder home;

@@ -115,7 +115,7 @@ private:
                                    Keys(tallybot::test::ReadFixture("settings/default.ini"));
                  m_out << "  " << (same ? "same keys" : "other keys") << "\n";
              }},
-            {"start", [&] { m_rig.Start("", arg); }},
+            {"start", [&] { m_rig.Start(arg); }},
             {"type", [&] { L().SetIrcText(boxes.at(first), rest); }},
             {"commit", [&] { L().cmbIRC_Commit(boxes.at(arg)); }},
             {"gamserver", [&] { L().cmbGamServer_Change(arg); }},
