@@ -133,6 +133,8 @@ private:
         auto* combo = Top()->findChild<QComboBox*>(QString::fromStdString(name));
         return combo ? combo->lineEdit() : Find<QLineEdit>(name);
     }
+    // A value after its name; nothing (no trailing blank) when it is empty.
+    static std::string Blank(const std::string& value) { return value.empty() ? value : " " + value; }
     static std::string Text(QPoint p) { return std::to_string(p.x()) + "," + std::to_string(p.y()); }
     static std::string Text(QSize s) { return std::to_string(s.width()) + "x" + std::to_string(s.height()); }
     // A path with the home folder and the source tree named as such.
@@ -314,7 +316,7 @@ private:
             {"tray", // minimised, then back: the tray tooltip and the title
              [&] {
                  m_window->showMinimized();
-                 m_out << "  tray " << m_window->TrayToolTip().toStdString() << "\n";
+                 m_out << "  tray" << Blank(m_window->TrayToolTip().toStdString()) << "\n";
                  m_window->showNormal();
                  m_out << "  title " << m_window->windowTitle().toStdString() << "\n";
              }},
@@ -346,7 +348,7 @@ private:
              [&] {
                  std::istringstream names(arg);
                  for (std::string name; names >> name;)
-                     m_out << "  " << name << ": " << Escape(Describe(Find(name))) << "\n";
+                     m_out << "  " << name << ":" << Blank(Escape(Describe(Find(name)))) << "\n";
              }},
         };
         if (verbs.count(verb))
@@ -430,7 +432,7 @@ private:
             const auto before = Lines(m_files.count(name) ? m_files[name] : "");
             for (const std::string& line : Lines(text))
                 if (std::find(before.begin(), before.end(), line) == before.end())
-                    m_out << "  " << name << ": " << Escape(line) << "\n";
+                    m_out << "  " << name << ":" << Blank(Escape(line)) << "\n";
         }
         for (const auto& [name, text] : m_files)
             if (!files.count(name)) m_out << "  removed " << name << "\n";

@@ -269,7 +269,8 @@ private:
         }
         const auto state = State();
         for (const auto& [name, value] : state)
-            if (m_state[name] != value) m_out << "  " << name << " = " << Escape(value) << "\n";
+            if (m_state[name] != value)
+                m_out << "  " << name << " =" << (value.empty() ? "" : " ") << Escape(value) << "\n";
         m_state = state;
         if (m_refreshes > 0) m_out << "  refreshed\n";
         m_refreshes = 0;
