@@ -1,56 +1,48 @@
 #include "app/command_line.h"
 #include "base/remote_message.h"
+#include "tests/support/fixture_file.h"
 #include "tests/support/temp_folder.h"
 
 #include <filesystem>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
 namespace tallybot::app {
 namespace {
 
-struct CommandLineCase {
-    std::vector<std::string> args;
-    CommandLine expected;
-};
-
-CommandLine Line(std::string home, bool headless, bool send, std::string command, std::string error = {},
-                 void (*more)(CommandLine&) = nullptr) {
-    CommandLine line;
-    if (more) more(line);
-    line.home = std::move(home);
-    line.headless = headless;
-    line.send = send;
-    line.command = std::move(command);
-    line.error = std::move(error);
-    return line;
+// The fields that differ from a plain start, in the words of tests/data/app/command_line.txt.
+std::string Describe(const CommandLine& l) {
+    std::string out;
+    const auto add = [&](bool on, const std::string& text) {
+        if (on) out += " " + text;
+    };
+    add(!l.home.empty(), "home=" + l.home);
+    for (const auto& [on, name] : {std::pair{l.headless, "headless"},
+                                   {l.send, "send"},
+                                   {l.version, "version"},
+                                   {l.help, "help"},
+                                   {l.raw, "raw"}})
+        add(on, name);
+    add(l.color != ColorChoice::Auto, l.color == ColorChoice::Always ? "color=always" : "color=never");
+    add(!l.command.empty(), "command=" + l.command);
+    add(!l.error.empty(), "error=" + l.error);
+    return out;
 }
 
-TEST(CommandLineTest, ParsesEveryForm) {
-    const std::vector<CommandLineCase> cases = {
-        {{}, Line("", false, false, "")},
-        {{"--headless"}, Line("", true, false, "")},
-        {{"--home", "/srv/tb", "--headless", "ConGam:1.2.3.4:27960"},
-         Line("/srv/tb", true, false, "ConGam:1.2.3.4:27960")},
-        {{"--home=/srv/tb", "--send", "DisGam"}, Line("/srv/tb", false, true, "DisGam")},
-        {{"ConIRC:irc.example.org:6667:#a", "b"}, Line("", false, false, "ConIRC:irc.example.org:6667:#a b")},
-        {{"--send"}, Line("", false, true, "", "--send needs a command such as DisGam")},
-        {{"--home"}, Line("", false, false, "", "--home needs a folder")},
-        {{"--frobnicate"}, Line("", false, false, "", "unknown option --frobnicate")},
-        {{"-x"}, Line("", false, false, "", "unknown option -x")},
-        {{"--send", "Hello"},
-         Line("", false, true, "Hello", "unknown command Hello (ConIRC, DisIRC, ConGam or DisGam)")},
-        {{"Hello"}, Line("", false, false, "Hello")}, // the running instance logs and ignores it
-        {{"-V"}, Line("", false, false, "", {}, [](CommandLine& l) { l.version = true; })},
-        {{"-v"}, Line("", false, false, "", {}, [](CommandLine& l) { l.version = true; })},
-        {{"-h"}, Line("", false, false, "", {}, [](CommandLine& l) { l.help = true; })},
-        {{"--headless", "--color=never", "--raw"},
-         Line("", true, false, "", {}, [](CommandLine& l) { l.color = ColorChoice::Never, l.raw = true; })},
-        {{"--color", "always"}, Line("", false, false, "", {}, [](CommandLine& l) { l.color = ColorChoice::Always; })},
-        {{"--color=sometimes"}, Line("", false, false, "", "--color needs auto, always or never")},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(ParseCommandLine(c.args), c.expected) << ::testing::PrintToString(c.args);
+TEST(CommandLineTest, ParsesEveryFormOfTheTable) {
+    std::istringstream table(test::ReadFixture("app/command_line.txt"));
+    for (std::string row; std::getline(table, row);) {
+        if (row.empty() || row[0] == '#') continue;
+        const auto arrow = row.find(" =>");
+        std::istringstream words(row.substr(0, arrow));
+        std::vector<std::string> args;
+        for (std::string word; words >> word;)
+            args.push_back(word);
+        std::string expected = row.substr(arrow + 3);
+        expected.erase(expected.find_last_not_of(' ') + 1);
+        EXPECT_EQ(Describe(ParseCommandLine(args)), expected) << row;
+    }
 }
 
 TEST(CommandLineTest, WindowOnlyWhereQtFindsADisplay) {
@@ -83,6 +75,8 @@ TEST(CommandLineTest, FirstRunCopiesShippedProfilesOnce) {
     test::WriteBytes(root.File("shipped/Default.igp"), "[Game]\r\nEngine=0\r\n");
     test::WriteBytes(root.File("shipped/notes.txt"), "x");
 
+    EXPECT_EQ(PrepareHomeFolder(root.File("bare"), {}), root.File("bare") + "/");
+    EXPECT_TRUE(std::filesystem::is_directory(root.File("bare"))); // created even with nothing to copy
     const std::string home = PrepareHomeFolder(root.File("home"), {root.File("missing"), root.File("shipped")});
     EXPECT_EQ(home, root.File("home") + "/");
     EXPECT_EQ(test::ReadBytes(root.File("home/Profiles/Default.igp")), "[Game]\r\nEngine=0\r\n");

@@ -21,10 +21,6 @@ using test::WriteBytes;
 const std::string kBold = "\x02";
 const std::string kMarkBold = "\247\2471\247\247"; // octal \247 is the mark byte 0xA7
 
-std::string GoldenDefaults() {
-    return tallybot::test::ReadFixture("settings/default.ini");
-}
-
 AppSettings LoadFrom(const TempFolder& folder) {
     AppSettings settings;
     settings.AppPath = folder.Slash();
@@ -38,30 +34,21 @@ std::string SaveAndRead(AppSettings& settings, const TempFolder& folder) {
     return ReadBytes(folder.File("Tallybot.ini"));
 }
 
-TEST(SettingsFile, DefaultsMissingFileAndGoldenFileAllSaveAsTheGoldenFile) {
-    const std::string golden = GoldenDefaults();
-    ASSERT_FALSE(golden.empty());
-    TempFolder folder;
+// The defaults, and a file that holds them, save as the golden file; so does an old file without
+// the keys that came later (it keeps the classic behaviour), while a new home is written with the
+// values today's servers need.
+TEST(SettingsFile, DefaultsOldFilesAndNewHomesSaveAsTheirGoldenFiles) {
+    const std::string golden = tallybot::test::ReadFixture("settings/default.ini");
+    TempFolder folder, old, fresh, other;
     AppSettings defaults;
     EXPECT_EQ(SaveAndRead(defaults, folder), golden);
-
-    TempFolder empty;
-    AppSettings settings;
-    settings.MinToTray = 0; // proves the loader sets the field
-    settings = LoadFrom(empty);
-    EXPECT_EQ(settings.MinToTray, 1);
-    EXPECT_EQ(settings.ExtTextCol, "\00310"); // \003: the colour code
-    EXPECT_EQ(settings.InfoTextCol, "\0032");
-    EXPECT_EQ(settings.Extras.IdentPort, 113);
-    AppSettings presentDay; // a new home: the defaults with today's [Extras] values
-    ApplyPresentDayExtras(presentDay.Extras);
-    TempFolder expected;
-    EXPECT_EQ(SaveAndRead(settings, empty), SaveAndRead(presentDay, expected));
-
-    WriteBytes(folder.File("Tallybot.ini"), golden);
-    settings = LoadFrom(folder);
-    TempFolder other;
-    EXPECT_EQ(SaveAndRead(settings, other), golden);
+    AppSettings reread = LoadFrom(folder);
+    EXPECT_EQ(SaveAndRead(reread, other), golden);
+    WriteBytes(old.File("Tallybot.ini"), "[General]\r\nMinToTray=1\r\n");
+    AppSettings classic = LoadFrom(old);
+    EXPECT_EQ(SaveAndRead(classic, old), golden);
+    AppSettings presentDay = LoadFrom(fresh);
+    EXPECT_EQ(SaveAndRead(presentDay, fresh), tallybot::test::ReadFixture("settings/present_day.ini"));
 }
 
 // Every key read back as written: a file whose every value differs from the default survives a
@@ -74,94 +61,40 @@ TEST(SettingsFile, EveryKeyIsReadAndWrittenBack) {
     EXPECT_EQ(SaveAndRead(settings, other), custom);
 }
 
-// A new home is written with the values today's servers need; an existing file without the key
-// keeps the classic behaviour.
-TEST(SettingsFile, NewHomeGetsPresentDayExtrasAndAnOldFileKeepsTheClassicOnes) {
-    const char* presentDay[] = {"ModernQuake3=1\r\n",        "PacedSending=1\r\n",      "TwoDigitColours=1\r\n",
-                                "UserFromIdent=1\r\n",       "ShowErrorNumerics=1\r\n", "JoinAfter422=1\r\n",
-                                "TrailingAfterPrefix=1\r\n", "NickFrom001=1\r\n",       "QueryRetry=1\r\n"};
-    TempFolder fresh;
-    AppSettings settings = LoadFrom(fresh);
-    const std::string written = SaveAndRead(settings, fresh);
-    TempFolder old;
-    WriteBytes(old.File("Tallybot.ini"), "[General]\r\nMinToTray=1\r\n");
-    AppSettings classic = LoadFrom(old);
-    const std::string kept = SaveAndRead(classic, old);
-    for (const char* line : presentDay) {
-        EXPECT_NE(written.find(line), std::string::npos) << line;
-        EXPECT_EQ(kept.find(line), std::string::npos) << line;
-    }
-}
-
-TEST(SettingsFile, ColourDigitsGainAndLoseThePrefix) {
+// Colour digits gain the colour code when read; a colour without it loses its first character
+// when written. Keys ignore case (the first of two wins), non-numbers read as 0, long texts are cut.
+TEST(SettingsFile, ReadingAndWritingQuirks) {
     TempFolder folder;
-    WriteBytes(folder.File("Tallybot.ini"), "[IRC]\nExtTextCol=04\n");
+    WriteBytes(folder.File("Tallybot.ini"), "[IRC]\nExtTextCol=04\nPerformCmd=" + std::string(300, 'p') +
+                                                "\n[game]\r\nquerytime=abc\r\nDEFAULTPORT=28960\r\ndefaultport=1\r\n");
     AppSettings settings = LoadFrom(folder);
     EXPECT_EQ(settings.ExtTextCol, "\00304");
-    settings.InfoTextCol = "12"; // no prefix: its first character is lost
-    std::string saved = SaveAndRead(settings, folder);
+    EXPECT_EQ(settings.PerformCmd, std::string(254, 'p'));
+    EXPECT_EQ(settings.QueryTime, 0);
+    EXPECT_EQ(settings.DefaultPort, 28960);
+    settings.InfoTextCol = "12";
+    const std::string saved = SaveAndRead(settings, folder);
     EXPECT_NE(saved.find("ExtTextCol=04\r\n"), std::string::npos);
     EXPECT_NE(saved.find("InfoTextCol=2\r\n"), std::string::npos);
 }
 
-TEST(SettingsFile, EmptyHistoryPositionIsStillWritten) {
-    TempFolder folder;
-    AppSettings settings;
-    settings.IrcServer[1] = "irc.example.net";
-    settings.IrcPort[1] = 6667;
-    std::string saved = SaveAndRead(settings, folder);
-    EXPECT_NE(saved.find("1Server=irc.example.net\r\n1Port=6667\r\n"), std::string::npos);
-    EXPECT_NE(saved.find("\r\n3Server=\r\n3Port=0\r\n3Channel=\r\n"), std::string::npos);
-}
-
-TEST(SettingsFile, NonNumbersReadAsZeroAndKeysIgnoreCase) {
-    TempFolder folder;
-    WriteBytes(folder.File("Tallybot.ini"), "[game]\r\nquerytime=abc\r\nDEFAULTPORT=28960\r\ndefaultport=1\r\n");
-    AppSettings settings = LoadFrom(folder);
-    EXPECT_EQ(settings.QueryTime, 0);
-    EXPECT_EQ(settings.DefaultPort, 28960);
-}
-
+// The save escapes the control codes of the on-join texts in the record too; a load undoes it, and
+// a mark typed into the file reads back as its control code.
 TEST(SettingsFile, OnJoinTextsAreEscapedInTheFileAndInMemory) {
     TempFolder folder;
     AppSettings settings;
     settings.OnJoinMessage = kBold + "hi" + kBold;
     settings.NoticeMsg = "\0034red\017 plain \037";
-    std::string saved = SaveAndRead(settings, folder);
+    const std::string saved = SaveAndRead(settings, folder);
     EXPECT_NE(saved.find("Message=" + kMarkBold + "hi" + kMarkBold + "\r\n"), std::string::npos);
-    EXPECT_EQ(settings.OnJoinMessage, kMarkBold + "hi" + kMarkBold); // escaped in place by the save
-    EXPECT_EQ(settings.NoticeMsg, "\247\2472\247\2474red\247\2473\247\247 plain \247\2474\247\247"); // \247: the mark
+    EXPECT_EQ(settings.OnJoinMessage, kMarkBold + "hi" + kMarkBold);
+    EXPECT_EQ(settings.NoticeMsg, "\247\2472\247\2474red\247\2473\247\247 plain \247\2474\247\247");
     AppSettings loaded = LoadFrom(folder);
     EXPECT_EQ(loaded.OnJoinMessage, kBold + "hi" + kBold);
     EXPECT_EQ(loaded.NoticeMsg, "\0034red\017 plain \037");
-}
-
-TEST(SettingsFile, TypedMarkReadsBackAsControlCode) {
-    std::string text = "a" + kMarkBold + "b";
-    base::UnescapeControlCodes(text);
-    EXPECT_EQ(text, "a" + kBold + "b");
-}
-
-TEST(SettingsFile, LongTextIsCutTo254) {
-    TempFolder folder;
-    WriteBytes(folder.File("Tallybot.ini"), "[IRC]\r\nPerformCmd=" + std::string(300, 'p') + "\r\n");
-    EXPECT_EQ(LoadFrom(folder).PerformCmd, std::string(254, 'p'));
-}
-
-TEST(SettingsFile, ExtrasRoundTrip) {
-    TempFolder folder;
-    AppSettings settings;
-    settings.Extras.IrcTls = 1;
-    settings.Extras.SaslMechanism = "PLAIN";
-    settings.Extras.IrcEncoding = "UTF-8";
-    settings.Extras.ReportAddress = "dev@example.org";
-    SaveAndRead(settings, folder);
-    AppSettings loaded = LoadFrom(folder);
-    EXPECT_EQ(loaded.Extras.IrcTls, 1);
-    EXPECT_EQ(loaded.Extras.IrcTlsVerify, 1);
-    EXPECT_EQ(loaded.Extras.SaslMechanism, "PLAIN");
-    EXPECT_EQ(loaded.Extras.IrcEncoding, "UTF-8");
-    EXPECT_EQ(loaded.Extras.ReportAddress, "dev@example.org");
+    std::string typed = "a" + kMarkBold + "b";
+    base::UnescapeControlCodes(typed);
+    EXPECT_EQ(typed, "a" + kBold + "b");
 }
 
 // A link planted under the name the save once used for its temporary file is neither followed
@@ -179,18 +112,14 @@ TEST(SettingsFile, SaveFollowsNoLinkPlantedBesideTheFile) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Slash()), {}), 2); // no temporary left
 }
 
+// A folder that cannot exist or cannot be written to: the save writes nothing and raises nothing.
 TEST(SettingsFile, UnwritableFolderIsIgnored) {
     TempFolder folder;
     WriteBytes(folder.File("file"), "x");
     AppSettings settings;
-    settings.AppPath = folder.File("file") + "/"; // a folder that cannot exist
+    settings.AppPath = folder.File("file") + "/";
     SaveSettings(settings);
     EXPECT_EQ(ReadBytes(folder.File("file")), "x");
-}
-
-TEST(SettingsFile, ReadOnlyFolderIsIgnored) {
-    TempFolder folder;
-    AppSettings settings;
     if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind root";
     std::filesystem::permissions(folder.Slash(),
                                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);

@@ -5,52 +5,50 @@
 
 #include <deque>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tallybot::guitest {
+
+// The front answer, or the fallback when none is left.
+template <class T> T Next(std::deque<T>& answers, T fallback) {
+    if (answers.empty()) return fallback;
+    fallback = std::move(answers.front());
+    answers.pop_front();
+    return fallback;
+}
 
 struct FakeMessageBoxes : desktop::MessageBoxes {
     struct Shown {
         std::string title;
         std::string text;
-        desktop::BoxIcon icon = desktop::BoxIcon::Warning;
     };
     std::vector<Shown> shown;
     std::vector<std::string> questions;             // "title|question", save dialogs "title|proposed path"
     std::deque<bool> yesNo;                         // answers in order; "no" when empty
     std::deque<std::optional<QString>> textAnswers; // cancelled when empty
     std::deque<desktop::SaveChoice> saveChoices;    // Cancel when empty
-    std::deque<QString> savePaths;                  // cancelled when empty
+    std::deque<std::optional<QString>> savePaths;   // cancelled when empty
 
-    void Show(QWidget*, const QString& title, const QString& text, desktop::BoxIcon icon) override {
-        shown.push_back({title.toStdString(), text.toStdString(), icon});
+    void Show(QWidget*, const QString& title, const QString& text, desktop::BoxIcon) override {
+        shown.push_back({title.toStdString(), text.toStdString()});
     }
     bool AskYesNo(QWidget*, const QString& title, const QString& question) override {
-        questions.push_back(title.toStdString() + "|" + question.toStdString());
-        return Next(yesNo, false);
+        return Ask(title, question), Next(yesNo, false);
     }
     std::optional<QString> AskText(QWidget*, const QString& title, const QString& prompt) override {
-        questions.push_back(title.toStdString() + "|" + prompt.toStdString());
-        return Next(textAnswers, std::optional<QString>());
+        return Ask(title, prompt), Next(textAnswers, std::optional<QString>());
     }
     desktop::SaveChoice AskSaveChanges(QWidget*, const QString& title, const QString& question) override {
-        questions.push_back(title.toStdString() + "|" + question.toStdString());
-        return Next(saveChoices, desktop::SaveChoice::Cancel);
+        return Ask(title, question), Next(saveChoices, desktop::SaveChoice::Cancel);
     }
     std::optional<QString> ChooseSaveFile(QWidget*, const QString& title, const QString& proposed) override {
-        questions.push_back(title.toStdString() + "|" + proposed.toStdString());
-        if (savePaths.empty()) return std::nullopt;
-        return Next(savePaths, QString());
+        return Ask(title, proposed), Next(savePaths, std::optional<QString>());
+    }
+    void Ask(const QString& title, const QString& text) {
+        questions.push_back(title.toStdString() + "|" + text.toStdString());
     }
     std::string LastText() const { return shown.empty() ? std::string() : shown.back().text; }
-
-private:
-    template <class T, class D> static T Next(std::deque<T>& answers, D fallback) {
-        if (answers.empty()) return T(fallback);
-        T answer = answers.front();
-        answers.pop_front();
-        return answer;
-    }
 };
 
 } // namespace tallybot::guitest

@@ -3,44 +3,29 @@
 
 #include "app/logic/main_logic.h"
 #include "base/vb_convert.h"
+#include "irc/irc_session.h"
 #include "tests/irc/fake_irc_transport.h"
 #include "tests/support/local_time.h"
 #include "tests/support/temp_folder.h"
 
-#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 namespace tallybot::app::test {
 
-using tallybot::test::ReadBytes;
-using tallybot::test::TempFolder;
-using tallybot::test::WriteBytes;
-
-class RecordingTimers : public MainTimers {
-public:
-    struct Call {
-        MainTimer timer;
-        bool enabled;
-        int interval;
-    };
-    std::vector<Call> calls;
-    void SetTimer(MainTimer timer, bool enabled, int interval) override { calls.push_back({timer, enabled, interval}); }
-    // The last state set for a timer, or nothing.
-    std::optional<Call> Last(MainTimer timer) const {
-        for (auto it = calls.rbegin(); it != calls.rend(); ++it)
-            if (it->timer == timer) return *it;
-        return std::nullopt;
+struct RecordingTimers : MainTimers {
+    std::vector<std::string> calls; // "IRCPost on 1000"
+    void SetTimer(MainTimer timer, bool enabled, int interval) override {
+        static const char* const names[] = {"GamQuery", "IRCPost", "IRCSendDelay"};
+        calls.push_back(std::string(names[static_cast<int>(timer)]) + (enabled ? " on " : " off ") +
+                        std::to_string(interval));
     }
 };
 
-class RecordingShell : public base::OperatorShell {
-public:
-    std::vector<std::string> messages;
-    bool questionFails = false; // a question that raises an error instead of being answered
+struct RecordingShell : base::OperatorShell {
+    std::vector<std::string> messages; // questions start with "?"
+    bool questionFails = false;        // a question raises an error instead of being answered
     void ShowMessage(const std::string& text, const std::string&) override { messages.push_back(text); }
     bool AskYesNo(const std::string& text, const std::string&) override {
         messages.push_back("?" + text);
@@ -50,24 +35,27 @@ public:
     void OpenExternal(const std::string&) override {}
 };
 
-// 03/04/26 05:06:07.000 local time, every time.
-inline std::chrono::system_clock::time_point FixedTime() {
-    return tallybot::test::LocalTime(2026, 3, 4, 5, 6, 7);
-}
+// The logic and its fakes. With a session the logic talks to the Extras session (reconnects)
+// instead of straight to the fake sockets.
+struct LogicRig {
+    explicit LogicRig(bool withSession = false) {
+        if (withSession) session = std::make_unique<irc::IrcSession>(transport, clock);
+        logic = std::make_unique<MainLogic>(session ? static_cast<irc::IrcTransport&>(*session) : transport, clock);
+        logic->SetTimers(&timers);
+        if (!session) return;
+        session->Attach(&logic->Irc());
+        session->SetOptionsSource([this] { return irc::ExtrasOptionsFrom(logic->Settings().Extras); });
+    }
+    ~LogicRig() {
+        if (session) session->Attach(nullptr);
+    }
 
-inline constexpr const char* kStamp = "03/04/26 05:06:07.000";
-
-class LogicTest : public ::testing::Test {
-protected:
-    LogicTest() : logic(std::make_unique<MainLogic>(transport, clock)) { logic->SetTimers(&timers); }
-
-    // Writes Tallybot.ini (when given) and runs start-up.
-    void Start(const std::string& ini = "", const std::string& commandLine = "") {
-        if (!ini.empty()) WriteBytes(home.File("Tallybot.ini"), ini);
+    // Runs start-up at 03/04/26 05:06:07 local time.
+    void Start(const std::string& commandLine = "") {
         StartupOptions options;
         options.home = home.Slash();
         options.shell = &shell;
-        options.clock = [] { return FixedTime(); };
+        options.clock = [] { return tallybot::test::LocalTime(2026, 3, 4, 5, 6, 7); };
         options.commandLine = commandLine;
         logic->Main(options);
     }
@@ -79,17 +67,12 @@ protected:
         logic->Irc().OnServerData(":" + logic->Irc().Nick() + "!u@h JOIN :" + logic->Irc().ChannelName() + "\r\n");
     }
 
-    static std::string IrcIni() {
-        return "[IRC]\r\n1Server=irc.test\r\n1Port=6667\r\n1Channel=#chan\r\n1Nick=Bot\r\n"
-               "2Server=old.test\r\n2Port=7000\r\n2Channel=#old\r\n2Nick=OldBot\r\n"
-               "[Game]\r\n1Host=127.0.0.1:27960\r\nQueryTime=900\r\n";
-    }
-
-    TempFolder home;
+    tallybot::test::TempFolder home;
     irc::testing::FakeTransport transport;
     irc::testing::FakeClock clock;
     RecordingTimers timers;
     RecordingShell shell;
+    std::unique_ptr<irc::IrcSession> session;
     std::unique_ptr<MainLogic> logic;
 };
 
