@@ -39,12 +39,14 @@ TEST(IniFile, ValuesAreTrimmedUnquotedAndCutTo254) {
 }
 
 TEST(IniFile, WritesReplaceInPlaceAndAddMissingKeysAndSections) {
-    IniFile ini = Parsed("; kept\n[IRC]\nrealname=old\nOther=1\n\n[Game]\nQueryTime=1\n");
+    IniFile ini = Parsed("; kept\n[IRC]\nrealname=old\nOther=1\n\n[Empty]\n[Game]\nQueryTime=1\n");
     ini.WriteString("IRC", "RealName", "new");
+    ini.WriteString("Empty", "K", "v");
     ini.WriteString("IRC", "ShowPing", "1");
     ini.WriteInt("Autopost", "SendDelay", 10);
-    EXPECT_EQ(ini.Serialize(), "; kept\r\n[IRC]\r\nrealname=new\r\nOther=1\r\nShowPing=1\r\n\r\n[Game]\r\n"
-                               "QueryTime=1\r\n\r\n[Autopost]\r\nSendDelay=10\r\n");
+    EXPECT_EQ(ini.Serialize(),
+              "; kept\r\n[IRC]\r\nrealname=new\r\nOther=1\r\nShowPing=1\r\n\r\n[Empty]\r\nK=v\r\n[Game]\r\n"
+              "QueryTime=1\r\n\r\n[Autopost]\r\nSendDelay=10\r\n");
 }
 
 TEST(IniFile, SaveCreatesTheFileAndLoadReadsItBack) {
