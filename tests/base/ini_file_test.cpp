@@ -27,8 +27,8 @@ TEST(IniFile, NamesMatchCaseInsensitivelyAndTheFirstMatchWins) {
 
 TEST(IniFile, ValuesAreTrimmedUnquotedAndCutTo254) {
     std::string longValue(300, 'x');
-    IniFile ini =
-        Parsed("[S]\r\n  A =  spaced  \r\nB=\"quoted\"\r\nC='half\r\nD=" + longValue + "\r\nE=\r\nF=\"\"\r\n");
+    IniFile ini = Parsed("[S]\r\n  A =  spaced  \r\nB=\"quoted\"\r\nC='half\r\nD=" + longValue +
+                         "\r\nE=\r\nF=\"\"\r\nG=\t\v\fv\t\r\r\n");
     EXPECT_EQ(ini.GetString("S", "A", ""), "spaced");
     EXPECT_EQ(ini.GetString("S", "B", ""), "quoted");
     EXPECT_EQ(ini.GetString("S", "C", ""), "'half");
@@ -36,6 +36,7 @@ TEST(IniFile, ValuesAreTrimmedUnquotedAndCutTo254) {
     EXPECT_EQ(ini.GetString("S", "missing", "dflt  "), "dflt");
     EXPECT_EQ(ini.GetInt("S", "E", 5), 5);
     EXPECT_EQ(ini.GetString("S", "F", "dflt"), "");
+    EXPECT_EQ(ini.GetString("S", "G", ""), "v");
 }
 
 TEST(IniFile, WritesReplaceInPlaceAndAddMissingKeysAndSections) {
