@@ -68,13 +68,17 @@ TEST_F(AppLogTest, CountsErrorsAndKeepsEveryEntryInMemory) {
     clsAppLog log = MakeLog();
     log.Log("modMain", "Main", 0, "Application startup, initializing", false, false, true);
     nanos = 456'000'000;
-    log.Log("frmMain", "Form_Load", 13, "Type mismatch");
+    log.Log("frmMain", "Form_Load", 13, "Type mismatch", true);
     log.Log("frmMain", "Form_Load", -1, "negative numbers are no errors");
     EXPECT_EQ(log.ErrorCount(), 1);
     EXPECT_EQ(log.LogText(), "modMain;Main;03/07/26 09:05:04.123;0;Application startup, initializing\r\n"
                              "frmMain;Form_Load;03/07/26 09:05:04.456;13;Type mismatch\r\n"
                              "frmMain;Form_Load;03/07/26 09:05:04.456;-1;negative numbers are no errors\r\n");
-    EXPECT_TRUE(shell.messages.empty());
+    EXPECT_EQ(shell.messages, std::vector<std::string>{
+                                  "A error has occurred in frmMain in Form_Load\r\nError #13: Type mismatch\r\n\r\n"
+                                  "Please close the program. You will then get the possibility to send an error report "
+                                  "to the developer.\r\nAlternatively, you can also check the file Tallybot.log for "
+                                  "details."});
 }
 
 // A run of months keeps its newest entries, whole, and still counts every error.
@@ -106,18 +110,13 @@ TEST_F(AppLogTest, NewFileStartsTheFileAfresh) {
                                  last);
 }
 
-TEST_F(AppLogTest, ShowMessageText) {
-    clsAppLog log = MakeLog();
-    log.Log("frmMain", "cmdGamQuery_Click", 6, "Overflow", true);
-    ASSERT_EQ(shell.messages.size(), 1u);
-    EXPECT_EQ(shell.messages[0],
-              "A error has occurred in frmMain in cmdGamQuery_Click\r\nError #6: Overflow\r\n\r\n"
-              "Please close the program. You will then get the possibility to send an error report to the "
-              "developer.\r\nAlternatively, you can also check the file Tallybot.log for details.");
-}
-
 TEST_F(AppLogTest, ShutdownQuestionStatesTheCountAndSendsTheReport) {
     clsAppLog log = MakeLog();
+    log.Log("m", "p", 5, "Invalid procedure call or argument", false, true);
+    log.HandleAppErrors();
+    EXPECT_TRUE(shell.questions.empty()); // no address, no report
+    EXPECT_TRUE(shell.opened.empty());
+    log = MakeLog();
     log.ReportAddress = "dev@example.org";
     log.HandleAppErrors();
     EXPECT_TRUE(shell.questions.empty()); // no errors, no question
@@ -135,14 +134,6 @@ TEST_F(AppLogTest, ShutdownQuestionStatesTheCountAndSendsTheReport) {
     EXPECT_EQ(shell.opened[0].substr(0, prefix.size()), prefix);
     const std::string tail = "clsAppLog;HandleAppErrors;03/07/26%2009:05:04.123;0;Generating%20error%20report%0D%0A";
     EXPECT_EQ(shell.opened[0].substr(shell.opened[0].size() - tail.size()), tail);
-}
-
-TEST_F(AppLogTest, NoAddressMeansNoReport) {
-    clsAppLog log = MakeLog();
-    log.Log("m", "p", 5, "Invalid procedure call or argument", false, true);
-    log.HandleAppErrors();
-    EXPECT_TRUE(shell.questions.empty());
-    EXPECT_TRUE(shell.opened.empty());
 }
 
 TEST(AppLogMailTo, Escaping) {

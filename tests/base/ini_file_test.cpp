@@ -27,8 +27,8 @@ TEST(IniFile, NamesMatchCaseInsensitivelyAndTheFirstMatchWins) {
 
 TEST(IniFile, ValuesAreTrimmedUnquotedAndCutTo254) {
     std::string longValue(300, 'x');
-    IniFile ini =
-        Parsed("[S]\r\n  A =  spaced  \r\nB=\"quoted\"\r\nC='half\r\nD=" + longValue + "\r\nE=\r\nF=\"\"\r\n");
+    IniFile ini = Parsed("[S]\r\n  A =  spaced  \r\nB=\"quoted\"\r\nC='half\r\nD=" + longValue +
+                         "\r\nE=\r\nF=\"\"\r\nG=\t\v\fv\t\r\r\n");
     EXPECT_EQ(ini.GetString("S", "A", ""), "spaced");
     EXPECT_EQ(ini.GetString("S", "B", ""), "quoted");
     EXPECT_EQ(ini.GetString("S", "C", ""), "'half");
@@ -36,15 +36,18 @@ TEST(IniFile, ValuesAreTrimmedUnquotedAndCutTo254) {
     EXPECT_EQ(ini.GetString("S", "missing", "dflt  "), "dflt");
     EXPECT_EQ(ini.GetInt("S", "E", 5), 5);
     EXPECT_EQ(ini.GetString("S", "F", "dflt"), "");
+    EXPECT_EQ(ini.GetString("S", "G", ""), "v");
 }
 
 TEST(IniFile, WritesReplaceInPlaceAndAddMissingKeysAndSections) {
-    IniFile ini = Parsed("; kept\n[IRC]\nrealname=old\nOther=1\n\n[Game]\nQueryTime=1\n");
+    IniFile ini = Parsed("; kept\n[IRC]\nrealname=old\nOther=1\n\n[Empty]\n[Game]\nQueryTime=1\n");
     ini.WriteString("IRC", "RealName", "new");
+    ini.WriteString("Empty", "K", "v");
     ini.WriteString("IRC", "ShowPing", "1");
     ini.WriteInt("Autopost", "SendDelay", 10);
-    EXPECT_EQ(ini.Serialize(), "; kept\r\n[IRC]\r\nrealname=new\r\nOther=1\r\nShowPing=1\r\n\r\n[Game]\r\n"
-                               "QueryTime=1\r\n\r\n[Autopost]\r\nSendDelay=10\r\n");
+    EXPECT_EQ(ini.Serialize(),
+              "; kept\r\n[IRC]\r\nrealname=new\r\nOther=1\r\nShowPing=1\r\n\r\n[Empty]\r\nK=v\r\n[Game]\r\n"
+              "QueryTime=1\r\n\r\n[Autopost]\r\nSendDelay=10\r\n");
 }
 
 TEST(IniFile, SaveCreatesTheFileAndLoadReadsItBack) {
