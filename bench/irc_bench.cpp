@@ -10,7 +10,8 @@
 
 namespace {
 
-using tallybot::irc::testing::IrcRig;
+using tallybot::irc::testing::FakeClock;
+using tallybot::irc::testing::FakeTransport;
 
 const std::vector<std::string> kMix = {
     ":alice!a@host.example PRIVMSG #Zephra :!sinfo please\r\n",
@@ -31,15 +32,19 @@ std::string Traffic(int lines) {
 }
 
 void BM_HandleLines(benchmark::State& state) {
-    IrcRig rig;
-    rig.Join();
-    rig.irc.Events().UserCommand = [](const std::string&, const std::string&, const std::string&) {};
+    FakeTransport transport;
+    FakeClock clock;
+    tallybot::irc::uscIRC irc{transport, clock};
+    irc.Connect(); // joined as a real server would bring it there
+    irc.HandleLine(":srv 376 Corvamo :End of MOTD\r\n");
+    irc.HandleLine(":Corvamo!kavik@my.host JOIN :#Zephra\r\n");
+    irc.Events().UserCommand = [](const std::string&, const std::string&, const std::string&) {};
     const int lines = 1000;
     const std::string traffic = Traffic(lines);
     for (auto _ : state) {
         for (std::size_t pos = 0; pos < traffic.size(); pos += 4096)
-            rig.irc.OnServerData(traffic.substr(pos, 4096));
-        rig.transport.sent.clear();
+            irc.OnServerData(traffic.substr(pos, 4096));
+        transport.sent.clear();
     }
     state.SetItemsProcessed(state.iterations() * lines);
 }

@@ -19,8 +19,10 @@
 #include "profiles/profile_store.h"
 #include "tests/gui/fake_message_boxes.h"
 #include "tests/logic/logic_fixture.h"
-#include "tests/logic/transcript_script.h"
+#include "tests/support/fixture_file.h"
 #include "tests/support/qt_wait.h"
+#include "tests/support/script_replay.h"
+#include "tests/support/temp_folder.h"
 
 #include <cstdio>
 #include <map>

@@ -18,6 +18,7 @@
 #include "irc/pane_words.h"
 #include "irc/usc_irc.h"
 #include "tests/support/fixture_file.h"
+#include "tests/support/script_replay.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -35,10 +36,6 @@ namespace tallybot::irc {
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path ScriptFolder() {
-    return test::SourceRoot() / "tests/data/irc";
-}
 
 std::string EscapeByte(unsigned char c) {
     if (c == '\\') return "\\\\";
@@ -465,57 +462,16 @@ private:
     std::map<std::string, std::string> m_filesSeen;
 };
 
-// Rebuilds a script: comments and case headers stay, commands run, indented lines are regenerated.
-std::string Replay(const std::string& script) {
-    std::istringstream in(script);
-    std::string out;
-    std::vector<std::string> commands;
-    auto flush = [&] {
-        if (!commands.empty()) out += TranscriptRunner().Run(commands);
-        commands.clear();
-    };
-    for (std::string line; std::getline(in, line);) {
-        if (line.rfind("  ", 0) == 0) continue;
-        if (line.empty() || line[0] == '#' || line.rfind("===", 0) == 0) {
-            flush();
-            out += line + "\n";
-        } else {
-            commands.push_back(line);
-        }
-    }
-    flush();
-    return out;
-}
-
 class IrcTranscriptTest : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(IrcTranscriptTest, ReplaysAsWritten) {
-    const fs::path file = ScriptFolder() / GetParam();
-    std::ifstream in(file, std::ios::binary);
-    ASSERT_TRUE(in.good()) << file;
-    const std::string script((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    const std::string replayed = Replay(script);
-    if (std::getenv("TALLYBOT_WRITE_EXPECTED")) {
-        std::ofstream(file, std::ios::binary) << replayed;
-        return;
-    }
-    EXPECT_EQ(replayed, script);
+    test::CheckScript("irc", GetParam(), [](const std::string&, const std::vector<std::string>& commands) {
+        return TranscriptRunner().Run(commands);
+    });
 }
 
-std::vector<std::string> Scripts() {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(ScriptFolder()))
-        if (entry.path().extension() == ".script") names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-INSTANTIATE_TEST_SUITE_P(Scripts, IrcTranscriptTest, ::testing::ValuesIn(Scripts()), [](const auto& info) {
-    std::string name = info.param.substr(0, info.param.find('.'));
-    for (char& c : name)
-        if (c == '-') c = '_';
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Scripts, IrcTranscriptTest, ::testing::ValuesIn(test::ScriptNames("irc")),
+                         [](const auto& info) { return info.param; });
 
 } // namespace
 } // namespace tallybot::irc

@@ -1,4 +1,4 @@
-// The main window's logic driven by scripts (tests/data/logic/*.script, see transcript_script.h):
+// The main window's logic driven by scripts (tests/data/logic/*.script, see tests/support/script_replay.h):
 // commands (settings and profile files, start-up, buttons, server lines, game replies, remote
 // commands, timer ticks, shutdown) and, indented below each, everything that changed in answer:
 // lines sent to the IRC server, timers set, values of the view and the state, log entries,
@@ -6,7 +6,9 @@
 #include "app/logic/pane_text.h"
 #include "profiles/team_assignment.h"
 #include "tests/logic/logic_fixture.h"
-#include "tests/logic/transcript_script.h"
+#include "tests/support/fixture_file.h"
+#include "tests/support/script_replay.h"
+#include "tests/support/temp_folder.h"
 
 #include <filesystem>
 #include <functional>

@@ -16,6 +16,7 @@
 #include "query/server_address.h"
 #include "query/team_scores.h"
 #include "tests/support/fixture_file.h"
+#include "tests/support/script_replay.h"
 #include "tests/support/temp_folder.h"
 
 #include <algorithm>
@@ -33,10 +34,6 @@ namespace tallybot::query {
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path ScriptFolder() {
-    return test::SourceRoot() / "tests/data/query";
-}
 
 // Bytes below 0x20 and above 0x7E are written as \xHH, and so is a backslash before "x".
 std::string Escape(std::string_view bytes) {
@@ -412,51 +409,16 @@ private:
     std::ostringstream m_out;
 };
 
-// Rebuilds a script: comments and case headers stay, commands run, indented lines are regenerated.
-std::string Replay(const std::string& script) {
-    std::istringstream in(script);
-    std::string out;
-    std::vector<std::string> commands;
-    auto flush = [&] {
-        if (!commands.empty()) out += ScriptRunner().Run(commands);
-        commands.clear();
-    };
-    for (std::string line; std::getline(in, line);) {
-        if (line.starts_with("  ")) continue;
-        if (line.empty() || line[0] == '#' || line.starts_with("===")) {
-            flush();
-            out += line + "\n";
-        } else {
-            commands.push_back(line);
-        }
-    }
-    flush();
-    return out;
-}
-
 class QueryScriptTest : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(QueryScriptTest, ReplaysAsWritten) {
-    const fs::path file = ScriptFolder() / GetParam();
-    const std::string script = test::ReadFixture("query/" + GetParam());
-    const std::string replayed = Replay(script);
-    if (std::getenv("TALLYBOT_WRITE_EXPECTED")) {
-        std::ofstream(file, std::ios::binary) << replayed;
-        return;
-    }
-    EXPECT_EQ(replayed, script);
+    test::CheckScript("query", GetParam(), [](const std::string&, const std::vector<std::string>& commands) {
+        return ScriptRunner().Run(commands);
+    });
 }
 
-std::vector<std::string> Scripts() {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(ScriptFolder()))
-        if (entry.path().extension() == ".script") names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-INSTANTIATE_TEST_SUITE_P(Scripts, QueryScriptTest, ::testing::ValuesIn(Scripts()),
-                         [](const auto& info) { return info.param.substr(0, info.param.find('.')); });
+INSTANTIATE_TEST_SUITE_P(Scripts, QueryScriptTest, ::testing::ValuesIn(test::ScriptNames("query")),
+                         [](const auto& info) { return info.param; });
 
 } // namespace
 } // namespace tallybot::query

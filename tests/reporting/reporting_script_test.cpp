@@ -63,7 +63,7 @@ std::string ShownByClient(const std::string& line) {
     return std::regex_replace(line, codes, "");
 }
 
-class ReportingRunner : public test::ScriptRunner {
+class ReportingRunner {
 public:
     ReportingRunner() {
         settings.ConnState = 3;
@@ -87,7 +87,7 @@ public:
         m_last = Watched();
     }
 
-    std::string Run(const std::string& command) override {
+    std::string Run(const std::string& command) {
         std::istringstream words(command);
         std::string verb, rest;
         words >> verb;
@@ -314,11 +314,17 @@ TEST(ShippedProfileTexts, NeedNoWidenedColours) {
 class ReportingScriptTest : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(ReportingScriptTest, ReplaysAsWritten) {
-    test::CheckScript("tests/data/reporting/" + GetParam(), [] { return std::make_unique<ReportingRunner>(); });
+    test::CheckScript("reporting", GetParam(), [](const std::string&, const std::vector<std::string>& commands) {
+        ReportingRunner runner;
+        std::string out;
+        for (const std::string& command : commands)
+            out += command + "\n" + runner.Run(command);
+        return out;
+    });
 }
 
-INSTANTIATE_TEST_SUITE_P(Scripts, ReportingScriptTest, ::testing::ValuesIn(test::ScriptsIn("tests/data/reporting")),
-                         test::ScriptName);
+INSTANTIATE_TEST_SUITE_P(Scripts, ReportingScriptTest, ::testing::ValuesIn(test::ScriptNames("reporting")),
+                         [](const auto& info) { return info.param; });
 
 } // namespace
 } // namespace tallybot::reporting

@@ -1,41 +1,30 @@
 #pragma once
-// Scripts of commands with, indented below each, what the command caused. A runner replays the
-// commands of each case (the lines between headers "=== name" and comments "#") on a fresh object
-// and the rebuilt file must come out byte for byte as written. TALLYBOT_WRITE_EXPECTED=1 writes the
-// rebuilt file instead, after a deliberate change of behaviour; read its diff before committing.
+// Scripts with whole transcripts under tests/data/<folder>/*.script: "===" starts a case, "#" lines
+// are comments, other lines are commands, and the indented lines below a command are what it
+// caused. A runner replays a case's commands and writes each command with what it caused; the
+// rebuilt file must come out byte for byte as it is. TALLYBOT_WRITE_EXPECTED=1 writes the rebuilt
+// file instead, after a deliberate change (read the diff).
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 namespace tallybot::test {
 
-class ScriptRunner {
-public:
-    virtual ~ScriptRunner() = default;
-    // Runs one command and returns what it caused as indented lines, each ending in "\n".
-    virtual std::string Run(const std::string& command) = 0;
-};
-
-using RunnerFactory = std::function<std::unique_ptr<ScriptRunner>()>;
-
-// Bytes below 0x20, above 0x7E and the backslash are written as \xHH (\\ for the backslash).
+// Bytes below 0x20, above 0x7E and the backslash are written as \xHH.
 std::string Escape(std::string_view bytes);
+// \xHH back to its byte; a backslash before anything else stays (game replies are full of them).
 std::string Unescape(std::string_view text);
 
-std::string ReplayScript(const std::string& script, const RunnerFactory& makeRunner);
+// Runs one case: its header line and its commands in, the commands with their transcript out.
+using CaseRunner = std::function<std::string(const std::string& header, const std::vector<std::string>& commands)>;
 
-// Replays a script (a path from the source root) and compares it (or rewrites it, see above).
-void CheckScript(const std::string& relative, const RunnerFactory& makeRunner);
+std::string Replay(const std::string& script, const CaseRunner& run);
 
-// The names of the *.script files in a folder (a path from the source root), sorted.
-std::vector<std::string> ScriptsIn(const std::string& relativeFolder);
+// The scripts of tests/data/<folder>, by name without ".script", sorted.
+std::vector<std::string> ScriptNames(const std::string& folder);
 
-// A test name for a script's file name.
-std::string ScriptName(const testing::TestParamInfo<std::string>& info);
+void CheckScript(const std::string& folder, const std::string& name, const CaseRunner& run);
 
 } // namespace tallybot::test
