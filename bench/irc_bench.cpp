@@ -35,9 +35,7 @@ void BM_HandleLines(benchmark::State& state) {
     FakeTransport transport;
     FakeClock clock;
     tallybot::irc::uscIRC irc{transport, clock};
-    irc.Connect(); // joined as a real server would bring it there
-    irc.HandleLine(":srv 376 Corvamo :End of MOTD\r\n");
-    irc.HandleLine(":Corvamo!kavik@my.host JOIN :#Zephra\r\n");
+    tallybot::irc::testing::JoinAsServerWould(irc);
     irc.Events().UserCommand = [](const std::string&, const std::string&, const std::string&) {};
     const int lines = 1000;
     const std::string traffic = Traffic(lines);

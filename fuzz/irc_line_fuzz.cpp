@@ -30,21 +30,25 @@ void CheckSent(const testing::FakeTransport& transport) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string input(reinterpret_cast<const char*>(data), size);
-    testing::IrcRig rig;
-    rig.questions.answers = {true, true, true};
-    rig.irc.Properties().TimeStamp = size % 2 == 1;
-    rig.irc.Properties().ControlType = static_cast<int>(size % 5);
+    testing::FakeTransport transport;
+    testing::FakeClock clock;
+    testing::ScriptedQuestions questions;
+    testing::MemoryFiles files;
+    uscIRC irc{transport, clock, &questions, &files};
+    questions.answers = {true, true, true};
+    irc.Properties().TimeStamp = size % 2 == 1;
+    irc.Properties().ControlType = static_cast<int>(size % 5);
     const bool today = size % 3 == 0; // the present-day switches on every third input
-    rig.irc.SetCompat({today, today, today, today, today});
-    rig.Join();
-    rig.irc.OnServerData(input);
-    rig.irc.OnDccConnected();
-    rig.irc.OnDccData(input);
-    rig.irc.ProcessUserEntry(input);
-    rig.irc.ProcessUserEntry("/" + input);
-    CheckSent(rig.transport);
-    if (rig.irc.PaneLines().size() > uscIRC::kPaneLimit) std::abort();
-    for (const PaneLine& line : rig.irc.PaneLines()) {
+    irc.SetCompat({today, today, today, today, today});
+    testing::JoinAsServerWould(irc);
+    irc.OnServerData(input);
+    irc.OnDccConnected();
+    irc.OnDccData(input);
+    irc.ProcessUserEntry(input);
+    irc.ProcessUserEntry("/" + input);
+    CheckSent(transport);
+    if (irc.PaneLines().size() > uscIRC::kPaneLimit) std::abort();
+    for (const PaneLine& line : irc.PaneLines()) {
         for (const char c : tallybot::app::RenderPaneLine(line, tallybot::app::OutputStyle::Plain))
             if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) std::abort();
         tallybot::app::RenderPaneLine(line, tallybot::app::OutputStyle::Ansi);

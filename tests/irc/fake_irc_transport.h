@@ -6,6 +6,9 @@
 #include "irc/usc_irc.h" // for the tests that build a control on these
 
 #include <ctime>
+#include <deque>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -70,5 +73,51 @@ public:
         return {u.tm_year + 1900, u.tm_mon + 1, u.tm_mday, u.tm_wday, u.tm_hour, u.tm_min, u.tm_sec};
     }
 };
+
+// Answers questions from a queue and saves every file to the same path.
+struct ScriptedQuestions : DccQuestions {
+    std::deque<bool> answers;       // popped per question; no answer left means no
+    std::vector<std::string> asked; // "title|text"
+    std::string proposed;
+    bool AskYesNo(const std::string& title, const std::string& text) override {
+        asked.push_back(title + "|" + text);
+        if (answers.empty()) return false;
+        const bool a = answers.front();
+        answers.pop_front();
+        return a;
+    }
+    std::optional<std::string> ChooseSaveFile(const std::string&, const std::string& proposedName) override {
+        proposed = proposedName;
+        return "/downloads/file.bin";
+    }
+};
+
+// Files held in memory by path.
+struct MemoryFiles : DccFileSink {
+    std::map<std::string, std::string> files;
+    std::string open;
+    std::optional<std::uint64_t> FileLength(const std::string& path) override {
+        auto it = files.find(path);
+        return it == files.end() ? std::nullopt : std::optional<std::uint64_t>(it->second.size());
+    }
+    bool Remove(const std::string& path) override { return files.erase(path) > 0; }
+    bool Open(const std::string& path, bool append) override {
+        if (!append) files[path].clear();
+        open = path;
+        return true;
+    }
+    bool Write(std::string_view bytes) override {
+        files[open].append(bytes);
+        return true;
+    }
+    void Close() override {}
+};
+
+// Brings a control to state 3 as a real server would.
+inline void JoinAsServerWould(uscIRC& irc) {
+    irc.Connect();
+    irc.HandleLine(":srv 376 Corvamo :End of MOTD\r\n");
+    irc.HandleLine(":Corvamo!kavik@my.host JOIN :#Zephra\r\n");
+}
 
 } // namespace tallybot::irc::testing

@@ -23,7 +23,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -82,43 +81,6 @@ std::string Unescape(std::string_view text) {
     }
     return out;
 }
-
-struct ScriptedQuestions : DccQuestions {
-    std::deque<bool> answers;       // popped per question; no answer left means no
-    std::vector<std::string> asked; // "title|text"
-    std::string proposed;
-    bool AskYesNo(const std::string& title, const std::string& text) override {
-        asked.push_back(title + "|" + text);
-        if (answers.empty()) return false;
-        const bool a = answers.front();
-        answers.pop_front();
-        return a;
-    }
-    std::optional<std::string> ChooseSaveFile(const std::string&, const std::string& proposedName) override {
-        proposed = proposedName;
-        return "/downloads/file.bin";
-    }
-};
-
-struct MemoryFiles : DccFileSink {
-    std::map<std::string, std::string> files;
-    std::string open;
-    std::optional<std::uint64_t> FileLength(const std::string& path) override {
-        auto it = files.find(path);
-        return it == files.end() ? std::nullopt : std::optional<std::uint64_t>(it->second.size());
-    }
-    bool Remove(const std::string& path) override { return files.erase(path) > 0; }
-    bool Open(const std::string& path, bool append) override {
-        if (!append) files[path].clear();
-        open = path;
-        return true;
-    }
-    bool Write(std::string_view bytes) override {
-        files[open].append(bytes);
-        return true;
-    }
-    void Close() override {}
-};
 
 // Runs one case's commands on a fresh control and writes the commands with what each caused.
 class TranscriptRunner {
@@ -445,8 +407,8 @@ private:
 
     testing::FakeTransport m_transport;
     testing::FakeClock m_clock;
-    ScriptedQuestions m_questions;
-    MemoryFiles m_files;
+    testing::ScriptedQuestions m_questions;
+    testing::MemoryFiles m_files;
     base::ExtrasSettings m_extras;
     IrcSession m_session{m_transport, m_clock};
     uscIRC m_irc{m_session, m_clock, &m_questions, &m_files};
