@@ -96,6 +96,9 @@ frmMain::frmMain(MainLogic& logic, desktop::MessageBoxes& boxes, QWidget* parent
 
 frmMain::~frmMain() {
     m_logic.Irc().Events().DCCTransfer = nullptr;
+    // The children go after this body: a box that loses the focus then must not reach the window.
+    for (QLineEdit* edit : findChildren<QLineEdit*>())
+        edit->disconnect(this);
 }
 
 void frmMain::resizeEvent(QResizeEvent* event) {

@@ -113,9 +113,6 @@ public:
             Record();
         }
         if (!m_window) return m_out.str();
-        // A box that keeps the focus into the window's destruction would report its edit to a
-        // half-destroyed window.
-        if (QWidget* focus = m_window->focusWidget()) focus->clearFocus();
         m_rig.logic->SetViewObserver({});
         return m_out.str();
     }
