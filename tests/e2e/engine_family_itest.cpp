@@ -8,8 +8,8 @@
 // TALLYBOT_WRITE_EXPECTED=1 rewrites the transcripts from what the bot said (read the diff).
 
 #include "tests/e2e/tallybot_process.h"
-#include "tests/support/irc_peers.h"
 #include "tests/support/fixture_file.h"
+#include "tests/support/irc_peers.h"
 #include "tests/support/temp_folder.h"
 
 #include <cstdlib>
