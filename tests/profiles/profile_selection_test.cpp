@@ -69,9 +69,10 @@ TEST(SelectProfile, EarlierCatchAllWinsOverLaterSpecificProfile) {
 
 TEST(SelectProfile, CurrentProfileStaysWhenNothingMatches) {
     ProfileTable table = Table();
-    table.CurrentProfile = 5; // forced from the menu
-    EXPECT_EQ(SelectProfile(11, "etmain", "2", table), "Profile: ut");
-    EXPECT_EQ(table.CurrentProfile, 5);
+    Put(table, 20, "forced", 9);
+    table.CurrentProfile = 20; // forced from the menu, the last entry of the table
+    EXPECT_EQ(SelectProfile(11, "etmain", "2", table), "Profile: forced");
+    EXPECT_EQ(table.CurrentProfile, 20);
 }
 
 TEST(SelectProfile, NoProfilesAtAllLeavesNone) {

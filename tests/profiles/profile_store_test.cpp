@@ -101,6 +101,7 @@ TEST_F(ProfileStoreTest, MissingKeysTakeTheirDefaultsAndGarbageNumbersReadAsZero
     EXPECT_EQ(p.PostScoreChange, 0);
     EXPECT_EQ(p.Scoring, 0);
     EXPECT_EQ(p.ScorePerCap, 7);
+    EXPECT_EQ(p.UseCustom, 0);
     EXPECT_EQ(p.Description, "");
     EXPECT_EQ(log.ErrorCount(), 0); // noted in the log, not an error
     EXPECT_NE(log.LogText().find("Scoring=abc is not a number"), std::string::npos);

@@ -223,6 +223,13 @@ private:
                  EXPECT_EQ(CleanName(name, false), ClearName(name)) << arg;
                  EXPECT_EQ(GameColoursToIrc(name), irc) << arg;
              }},
+            {"tokens", // the classic tokenizer: the first word is the delimiter
+             [&] {
+                 std::string source = Bytes(rest), tokens = "tokens";
+                 while (!source.empty())
+                     tokens += " [" + Escape(ExtractString(source, first)) + "]";
+                 Line(tokens);
+             }},
             {"unreal", [&] { Line("irc " + Escape(UnrealColoursToIrc(Bytes(arg)))); }},
             {"ipv6", [&] { Line(IsIPv6Literal(arg) ? "ipv6 yes" : "ipv6 no"); }},
             {"address",

@@ -162,6 +162,9 @@ private:
             for (const PreviewRun& r : RenderIrcPreview(Unescape(rest)))
                 sinks.out << "  run " << r.colour << (r.bold ? " bold" : "") << (r.underline ? " underline" : "")
                           << " \"" << Escape(r.text) << "\"\n";
+        } else if (verb == "palette") {
+            for (const Rgb& c : kPreviewColours)
+                sinks.out << "  rgb " << +c.red << " " << +c.green << " " << +c.blue << "\n";
         } else if (verb == "picker") {
             for (const TemplateMark& m : kTemplateMarks)
                 sinks.out << "  " << m.pickerEntry << " -> " << MarkOfPickerEntry(m.pickerEntry) << "\n";
