@@ -110,6 +110,7 @@ public:
         e.DCCTransfer = [this](const std::string& f, std::uint64_t pos, std::uint64_t size) {
             Event("DCCTransfer", f, pos, size);
         };
+        m_irc.View().UserListChanged = [this] { Event("UserListChanged"); }; // the window redraws its list
     }
 
     std::string Run(const std::vector<std::string>& commands) {

@@ -89,14 +89,14 @@ TEST_F(ProfileStoreTest, GoldenFileLoadsWithControlCharacters) {
 }
 
 TEST_F(ProfileStoreTest, MissingKeysTakeTheirDefaultsAndGarbageNumbersReadAsZero) {
-    WriteBytes(Folder("Sparse.igp"), "[AdvInfo]\nScoring=abc\nScorePerCap=7x\n");
+    WriteBytes(Folder("Sparse.igp"), "[AdvInfo]\nScoring=abc\nScorePerCap=7x\n[Posting]\nIntervalTime=-3\n");
     profiles::LoadProfile(settings, 1, "Sparse.igp");
     const GameProfile& p = settings.Profiles.Entries[1];
     EXPECT_EQ(p.ProfileName, "Sparse");
     EXPECT_EQ(p.Engine, 1);
     EXPECT_EQ(p.StatusPosting, 1);
     EXPECT_EQ(p.Interval, 1);
-    EXPECT_EQ(p.IntervalTime, 1);
+    EXPECT_EQ(p.IntervalTime, -3); // a sign before the digits is a number
     EXPECT_EQ(p.IntervalInfo, 1);
     EXPECT_EQ(p.PostScoreChange, 0);
     EXPECT_EQ(p.Scoring, 0);
@@ -105,6 +105,7 @@ TEST_F(ProfileStoreTest, MissingKeysTakeTheirDefaultsAndGarbageNumbersReadAsZero
     EXPECT_EQ(p.Description, "");
     EXPECT_EQ(log.ErrorCount(), 0); // noted in the log, not an error
     EXPECT_NE(log.LogText().find("Scoring=abc is not a number"), std::string::npos);
+    EXPECT_EQ(log.LogText().find("IntervalTime"), std::string::npos);
 }
 
 TEST_F(ProfileStoreTest, ListingIsSortedAndOnlyTakesProfileFiles) {
