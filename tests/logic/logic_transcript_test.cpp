@@ -51,20 +51,11 @@ const std::map<std::string, OutputStyle> kStyles = {
     {"ansi", OutputStyle::Ansi}, {"plain", OutputStyle::Plain}, {"raw", OutputStyle::Raw}};
 
 // Runs one case's commands on a fresh logic and writes the commands with what each caused.
-class TranscriptRunner {
+class TranscriptRunner : public tallybot::test::CommandRunner {
 public:
     explicit TranscriptRunner(bool withSession) : m_rig(withSession) {
         m_rig.logic->SetViewObserver([this] { ++m_refreshes; });
         m_state = State();
-    }
-
-    std::string Run(const std::vector<std::string>& commands) {
-        for (const std::string& command : commands) {
-            m_out << command << "\n";
-            Execute(command);
-            Record();
-        }
-        return m_out.str();
     }
 
 private:
@@ -78,7 +69,7 @@ private:
             event(L().Irc());
     }
 
-    void Execute(const std::string& command) {
+    void Execute(const std::string& command) override {
         const auto blank = command.find(' ');
         const std::string verb = command.substr(0, blank);
         const std::string arg = blank == std::string::npos ? "" : Unescape(command.substr(blank + 1));
@@ -252,7 +243,7 @@ private:
     }
 
     // Everything new since the last command, in a fixed order.
-    void Record() {
+    void Record() override {
         Tail("sent", m_rig.transport.sent, m_sent);
         for (; m_connects < m_rig.transport.connects.size(); ++m_connects)
             m_out << "  connect " << m_rig.transport.connects[m_connects].first << " "
@@ -284,7 +275,6 @@ private:
     }
 
     LogicRig m_rig;
-    std::ostringstream m_out;
     std::map<std::string, std::string> m_state;
     std::size_t m_sent = 0, m_connects = 0, m_timers = 0, m_shell = 0, m_log = 0;
     int m_refreshes = 0;

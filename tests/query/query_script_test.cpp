@@ -128,7 +128,7 @@ struct Recorder : QuerySocket, NameResolver, QueryHost {
 };
 
 // Runs one case's commands on a fresh cycle and writes the commands with what each caused.
-class ScriptRunner {
+class ScriptRunner : public tallybot::test::CommandRunner {
 public:
     ScriptRunner() {
         m_rec.state = &m_state;
@@ -137,17 +137,8 @@ public:
         m_cycle.Attach(&m_rec, &m_rec);
     }
 
-    std::string Run(const std::vector<std::string>& commands) {
-        for (const std::string& command : commands) {
-            m_out << command << "\n";
-            Execute(command);
-            Record();
-        }
-        return m_out.str();
-    }
-
 private:
-    void Execute(const std::string& command) {
+    void Execute(const std::string& command) override {
         const auto blank = command.find(' ');
         const std::string verb = command.substr(0, blank);
         const std::string arg = blank == std::string::npos ? "" : command.substr(blank + 1);
@@ -398,7 +389,7 @@ private:
 
     void Line(const std::string& text) { m_rec.lines.push_back(text); }
 
-    void Record() {
+    void Record() override {
         for (const std::string& line : m_rec.lines)
             m_out << "  " << line << "\n";
         m_rec.lines.clear();
@@ -413,7 +404,6 @@ private:
     LocalDateTime m_now;
     A2SExchange m_a2s;
     A2SAssembly m_assembly;
-    std::ostringstream m_out;
 };
 
 class QueryScriptTest : public ::testing::TestWithParam<std::string> {};

@@ -6,6 +6,7 @@
 // file instead, after a deliberate change (read the diff).
 
 #include <functional>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,5 +27,24 @@ std::string Replay(const std::string& script, const CaseRunner& run);
 std::vector<std::string> ScriptNames(const std::string& folder);
 
 void CheckScript(const std::string& folder, const std::string& name, const CaseRunner& run);
+
+// A case runner that writes each command, runs it, then writes what Record() finds changed.
+class CommandRunner {
+public:
+    virtual ~CommandRunner() = default;
+    std::string Run(const std::vector<std::string>& commands) {
+        for (const std::string& command : commands) {
+            m_out << command << "\n";
+            Execute(command);
+            Record();
+        }
+        return m_out.str();
+    }
+
+protected:
+    virtual void Execute(const std::string& command) = 0;
+    virtual void Record() = 0;
+    std::ostringstream m_out;
+};
 
 } // namespace tallybot::test
