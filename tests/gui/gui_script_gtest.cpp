@@ -457,16 +457,9 @@ private:
     std::map<std::string, std::string> m_files;
 };
 
-class GuiScriptTest : public ::testing::TestWithParam<std::string> {};
-
-TEST_P(GuiScriptTest, ReplaysAsWritten) {
-    tallybot::test::CheckScript("gui", GetParam(), [](const std::string&, const std::vector<std::string>& commands) {
-        return GuiRunner().Run(commands);
-    });
-}
-
-INSTANTIATE_TEST_SUITE_P(Scripts, GuiScriptTest, ::testing::ValuesIn(tallybot::test::ScriptNames("gui")),
-                         [](const auto& info) { return info.param; });
+TALLYBOT_SCRIPT_TESTS(GuiScriptTest, "gui", [](const std::string&, const std::vector<std::string>& commands) {
+    return GuiRunner().Run(commands);
+});
 
 // The Extras page of the options dialog has a row for every key of [Extras] in the settings file.
 TEST(Options, ExtrasPageHasARowForEveryKeyOfTheSettingsFile) {

@@ -425,16 +425,9 @@ private:
     std::map<std::string, std::string> m_filesSeen;
 };
 
-class IrcTranscriptTest : public ::testing::TestWithParam<std::string> {};
-
-TEST_P(IrcTranscriptTest, ReplaysAsWritten) {
-    test::CheckScript("irc", GetParam(), [](const std::string&, const std::vector<std::string>& commands) {
-        return TranscriptRunner().Run(commands);
-    });
-}
-
-INSTANTIATE_TEST_SUITE_P(Scripts, IrcTranscriptTest, ::testing::ValuesIn(test::ScriptNames("irc")),
-                         [](const auto& info) { return info.param; });
+TALLYBOT_SCRIPT_TESTS(IrcTranscriptTest, "irc", [](const std::string&, const std::vector<std::string>& commands) {
+    return TranscriptRunner().Run(commands);
+});
 
 } // namespace
 } // namespace tallybot::irc

@@ -280,17 +280,10 @@ private:
     int m_refreshes = 0;
 };
 
-class LogicTranscriptTest : public ::testing::TestWithParam<std::string> {};
-
 // A case whose header ends in "(session)" runs over the Extras session.
-TEST_P(LogicTranscriptTest, ReplaysAsWritten) {
-    tallybot::test::CheckScript("logic", GetParam(), [](const std::string& header, const auto& commands) {
-        return TranscriptRunner(header.ends_with("(session)")).Run(commands);
-    });
-}
-
-INSTANTIATE_TEST_SUITE_P(Scripts, LogicTranscriptTest, ::testing::ValuesIn(tallybot::test::ScriptNames("logic")),
-                         [](const auto& info) { return info.param; });
+TALLYBOT_SCRIPT_TESTS(LogicTranscriptTest, "logic", [](const std::string& header, const auto& commands) {
+    return TranscriptRunner(header.ends_with("(session)")).Run(commands);
+});
 
 } // namespace
 } // namespace tallybot::app::test

@@ -406,16 +406,9 @@ private:
     A2SAssembly m_assembly;
 };
 
-class QueryScriptTest : public ::testing::TestWithParam<std::string> {};
-
-TEST_P(QueryScriptTest, ReplaysAsWritten) {
-    test::CheckScript("query", GetParam(), [](const std::string&, const std::vector<std::string>& commands) {
-        return ScriptRunner().Run(commands);
-    });
-}
-
-INSTANTIATE_TEST_SUITE_P(Scripts, QueryScriptTest, ::testing::ValuesIn(test::ScriptNames("query")),
-                         [](const auto& info) { return info.param; });
+TALLYBOT_SCRIPT_TESTS(QueryScriptTest, "query", [](const std::string&, const std::vector<std::string>& commands) {
+    return ScriptRunner().Run(commands);
+});
 
 } // namespace
 } // namespace tallybot::query

@@ -314,20 +314,14 @@ TEST(ShippedProfileTexts, NeedNoWidenedColours) {
     EXPECT_GT(texts, 0);
 }
 
-class ReportingScriptTest : public ::testing::TestWithParam<std::string> {};
-
-TEST_P(ReportingScriptTest, ReplaysAsWritten) {
-    test::CheckScript("reporting", GetParam(), [](const std::string&, const std::vector<std::string>& commands) {
-        ReportingRunner runner;
-        std::string out;
-        for (const std::string& command : commands)
-            out += command + "\n" + runner.Run(command);
-        return out;
-    });
-}
-
-INSTANTIATE_TEST_SUITE_P(Scripts, ReportingScriptTest, ::testing::ValuesIn(test::ScriptNames("reporting")),
-                         [](const auto& info) { return info.param; });
+TALLYBOT_SCRIPT_TESTS(ReportingScriptTest, "reporting",
+                      [](const std::string&, const std::vector<std::string>& commands) {
+                          ReportingRunner runner;
+                          std::string out;
+                          for (const std::string& command : commands)
+                              out += command + "\n" + runner.Run(command);
+                          return out;
+                      });
 
 } // namespace
 } // namespace tallybot::reporting

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 namespace tallybot::test {
 
 // Bytes below 0x20, above 0x7E and the backslash are written as \xHH.
@@ -48,3 +50,13 @@ protected:
 };
 
 } // namespace tallybot::test
+
+// Registers one test per script of tests/data/<folder>, named after the script and replayed with
+// the case runner given last.
+#define TALLYBOT_SCRIPT_TESTS(Suite, folder, ...)                                                                      \
+    class Suite : public ::testing::TestWithParam<std::string> {};                                                     \
+    TEST_P(Suite, ReplaysAsWritten) {                                                                                  \
+        ::tallybot::test::CheckScript(folder, GetParam(), __VA_ARGS__);                                                \
+    }                                                                                                                  \
+    INSTANTIATE_TEST_SUITE_P(Scripts, Suite, ::testing::ValuesIn(::tallybot::test::ScriptNames(folder)),               \
+                             [](const auto& info) { return info.param; })
